@@ -1,0 +1,4 @@
+#pragma once
+
+/// Everything that libcorvel offers to plug-ins and hosts.
+#include "corvel/platform/Export.h"

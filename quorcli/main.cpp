@@ -1,0 +1,3 @@
+#include <corvel/corvel.h>
+
+int main() { return 1; }
