@@ -1,6 +1,9 @@
 #pragma once
 
 /// Everything that libcorvel offers to plug-ins and hosts.
+#include "corvel/autocli/formatters/DisplayContext.h"
+#include "corvel/autocli/formatters/FormatParameters.h"
+#include "corvel/autocli/formatters/Formatter.h"
 #include "corvel/metaobj/CorvelException.h"
 #include "corvel/platform/Export.h"
 #include "corvel/platform/Platform.h"
