@@ -1,0 +1,25 @@
+# Sourced by the scripts of this folder: where the project is, and what its steps need.
+
+set -euo pipefail
+
+project=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+
+# What building needs, and what the examples run.
+build_packages=(
+    ccache cmake g++ git libboost1.81-dev libgmock-dev libgtest-dev libxml2-dev ninja-build pkg-config
+)
+example_packages=(coreutils iproute2 mawk procps util-linux)
+# What the tests run besides.
+test_packages=(libxml2-utils)
+
+install_packages() {
+    "$project/scripts/install-packages" "$@"
+}
+
+# Configures (only where that is not done yet) and builds one preset.
+build_preset() {
+    local preset=$1
+    cd "$project"
+    [ -e "build/$preset/build.ninja" ] || cmake --preset "$preset" >&2
+    cmake --build --preset "$preset" -- -j"$(nproc)" >&2
+}
