@@ -4,6 +4,7 @@
 #include "corvel/autocli/formatters/DisplayContext.h"
 #include "corvel/autocli/formatters/FormatParameters.h"
 #include "corvel/autocli/formatters/Formatter.h"
+#include "corvel/autocli/plugins/XmlUtil.h"
 #include "corvel/metaobj/CorvelException.h"
 #include "corvel/platform/Export.h"
 #include "corvel/platform/Platform.h"

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <memory>
+#include <string_view>
+
+#include "corvel/autocli/plugins/XmlUtil.h"
+
+namespace Corvel::AutoCli {
+
+// Walking a parsed document. An element is an element node and nothing else: text, comments, CDATA
+// sections, processing instructions and entity references are passed over. A null node is one
+// without name and children.
+
+/// @return the first element below the node, or null.
+xmlNode* FirstChildElement(const xmlNode* parent);
+
+/// @return the element that follows the node among its siblings, or null.
+xmlNode* NextSiblingElement(const xmlNode* node);
+
+/// @return the node's name without namespace prefix, empty where it has none; lives as long as the
+///         node.
+std::string_view NodeName(const xmlNode* node);
+
+/// The elements below one node, in document order:
+///   for (xmlNode* child : ChildElements(node)) ..
+class ChildElements {
+public:
+    class Iterator {
+    public:
+        explicit Iterator(xmlNode* element) : _element(element) {}
+        xmlNode* operator*() const { return _element; }
+        Iterator& operator++() {
+            _element = NextSiblingElement(_element);
+            return *this;
+        }
+        bool operator!=(const Iterator& other) const { return _element != other._element; }
+
+    private:
+        xmlNode* _element;
+    };
+
+    explicit ChildElements(const xmlNode* parent) : _first(FirstChildElement(parent)) {}
+    Iterator begin() const { return _first; }
+    Iterator end() const { return Iterator(nullptr); }
+
+private:
+    Iterator _first;
+};
+
+/// What XmlUtil_ParseXmlOutput does once the text is parsed.
+/// @param root  the root element; null when the document has none.
+std::shared_ptr<MetaObj::MetaObject> BuildOutputValue(xmlNode* root);
+
+}  // namespace Corvel::AutoCli
