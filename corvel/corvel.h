@@ -1,6 +1,13 @@
 #pragma once
 
 /// Everything that libcorvel offers to plug-ins and hosts.
+#include "corvel/autocli/Command.h"
+#include "corvel/autocli/CommandSpec.h"
+#include "corvel/autocli/Namespace.h"
+#include "corvel/autocli/NamespaceNode.h"
+#include "corvel/autocli/NodeNames.h"
+#include "corvel/autocli/OptionParser.h"
+#include "corvel/autocli/RootNamespace.h"
 #include "corvel/autocli/formatters/DisplayContext.h"
 #include "corvel/autocli/formatters/FormatParameters.h"
 #include "corvel/autocli/formatters/Formatter.h"
@@ -8,6 +15,7 @@
 #include "corvel/autocli/plugins/ShellCommand.h"
 #include "corvel/autocli/plugins/ShellTemplate.h"
 #include "corvel/autocli/plugins/XmlUtil.h"
+#include "corvel/callspec/CallTargetSpec.h"
 #include "corvel/metaobj/CorvelException.h"
 #include "corvel/platform/Export.h"
 #include "corvel/platform/Platform.h"
