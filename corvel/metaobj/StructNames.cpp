@@ -1,0 +1,24 @@
+#include "corvel/metaobj/StructNames.h"
+
+#include <algorithm>
+
+namespace Corvel::MetaObj {
+
+namespace {
+
+// Not isalnum: the locale has no say here.
+bool IsLetterOrDigit(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
+}
+
+}  // namespace
+
+bool IsValidStructName(const std::string& name) {
+    return !name.empty() && std::all_of(name.begin(), name.end(), IsLetterOrDigit);
+}
+
+bool IsValidFieldName(const std::string& /*name*/) {
+    return true;
+}
+
+}  // namespace Corvel::MetaObj
