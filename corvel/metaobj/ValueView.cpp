@@ -59,6 +59,9 @@ ValueView View(const MetaObject* value) {
             }
             break;
     }
+    if (view.kind == ValueKind::Mismatch) {
+        view.object = value;
+    }
     return view;
 }
 

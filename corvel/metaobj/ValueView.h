@@ -28,6 +28,7 @@ struct ValueView {
     const std::string* text = nullptr;
     const MetaStruct* structure = nullptr;
     const MetaList* list = nullptr;
+    const MetaObject* object = nullptr;  // of a Mismatch
 };
 
 /// @param value  null gives the kind Null.

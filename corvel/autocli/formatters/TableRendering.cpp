@@ -1,0 +1,279 @@
+#include "corvel/autocli/formatters/TableRendering.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <map>
+#include <numeric>
+#include <string>
+#include <string_view>
+
+#include <boost/algorithm/string/classification.hpp>
+#include <boost/algorithm/string/trim.hpp>
+
+#include "corvel/autocli/formatters/DisplayContext.h"
+#include "corvel/autocli/formatters/FieldRendering.h"
+#include "corvel/autocli/formatters/FieldStyle.h"
+#include "corvel/autocli/formatters/FormatParameters.h"
+#include "corvel/autocli/formatters/OutputBuffer.h"
+#include "corvel/autocli/formatters/TextRendering.h"
+#include "corvel/metaobj/MetaStruct.h"
+#include "corvel/metaobj/ValueView.h"
+
+namespace Corvel::AutoCli {
+
+using MetaObj::MetaObject;
+using MetaObj::MetaStruct;
+using MetaObj::MetaType;
+using MetaObj::ValueKind;
+using MetaObj::ValueView;
+
+namespace {
+
+/// What stands between two columns, and is part of the width of the first.
+constexpr std::size_t kGap = 2;
+
+/// One position of a row. Columns of the same name have the same cells.
+struct Column {
+    std::string name;
+    bool isPath = false;
+    /// Of the longest cell or the name, and the gap.
+    std::size_t width = 0;
+};
+
+/// Where a rendered cell ends in the text of all cells, in one word.
+class Cell {
+public:
+    Cell(std::size_t end, bool isRightAligned)
+        : _endAndAlignment(end << 1 | static_cast<std::size_t>(isRightAligned)) {}
+
+    std::size_t End() const { return _endAndAlignment >> 1; }
+    bool IsRightAligned() const { return (_endAndAlignment & 1) != 0; }
+
+private:
+    std::size_t _endAndAlignment;
+};
+
+std::vector<Column> ReadColumns(const FormatParameters& parameters, const MetaStruct& definition) {
+    std::vector<std::string> names;
+    const std::string keys[] = {"fields:" + definition.GetTypeName(), "fields", "table-columns"};
+    const auto* key = std::find_if(std::begin(keys), std::end(keys), [&](const std::string& each) {
+        return parameters.HasParameter(each);
+    });
+    if (key != std::end(keys)) {
+        names = parameters.GetParameterAsList(*key);
+    } else {
+        const auto all = definition.GetFieldNames();
+        names.assign(all.begin(), all.end());
+    }
+    std::vector<Column> columns;
+    for (std::string& name : names) {
+        boost::trim_if(name, boost::is_any_of(" \t\f\v\n\r"));
+        const bool isPath = name.find('.') != std::string::npos;
+        const std::size_t width = name.size() + kGap;
+        columns.push_back({std::move(name), isPath, width});
+    }
+    return columns;
+}
+
+bool IsHeaderShown(const FormatParameters& parameters) {
+    const std::string& shown = parameters.GetParameter("show-header");
+    return (shown.empty() ? parameters.GetParameter("table-header") : shown) != "false";
+}
+
+/// One printing of one table: every cell is rendered and measured before anything is written.
+class TableRendering {
+public:
+    TableRendering(const std::vector<std::shared_ptr<MetaObject>>& rows,
+                   const MetaStruct& definition,
+                   const FormatParameters& parameters,
+                   const DisplayContext& display,
+                   std::ostream& stream)
+        : _rows(rows),
+          _parameters(parameters),
+          _screenWidth(display.width),
+          _columns(ReadColumns(parameters, definition)),
+          _buffer(stream) {}
+
+    bool Write() {
+        bool isComplete = RenderCells();
+        if (isComplete) {
+            WriteHeader();
+            isComplete = WriteRows();
+        }
+        _buffer.Flush();
+        return isComplete;
+    }
+
+private:
+    bool RenderCells() {
+        _cells.reserve(_rows.size() * _columns.size());
+        for (const std::shared_ptr<MetaObject>& row : _rows) {
+            if (MetaObj::View(row.get()).kind != ValueKind::Struct) {
+                _out += "Error: Unexpected type, unable to get struct from list\n";
+                return false;
+            }
+            if (!RenderRow(std::static_pointer_cast<MetaStruct>(row))) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    bool RenderRow(const std::shared_ptr<MetaStruct>& row) {
+        const MetaObj::StructView fields(*row);
+        const std::vector<FieldStyle>& styles = StylesOf(row->GetTypeName());
+        std::shared_ptr<MetaObject> nested;
+        for (std::size_t i = 0; i < _columns.size(); ++i) {
+            Column& column = _columns[i];
+            const ValueView value = Find(row, fields, column, nested);
+            if (value.kind == ValueKind::Null) {
+                _out += "Error: Unknown field in field list: " + column.name + "\n";
+                return false;
+            }
+            const std::size_t begin = _cellText.size();
+            styles[i].Append(_cellText, value);
+            column.width = std::max(column.width, _cellText.size() - begin + kGap);
+            _cells.emplace_back(_cellText.size(), value.type == MetaType::Int);
+        }
+        return true;
+    }
+
+    /// @param nested  keeps what a dotted path leads to.
+    static ValueView Find(const std::shared_ptr<MetaStruct>& row,
+                          const MetaObj::StructView& fields,
+                          Column& column,
+                          std::shared_ptr<MetaObject>& nested) {
+        if (column.isPath) {
+            nested = GetSubField(row, column.name);
+            return MetaObj::View(nested.get());
+        }
+        return fields.Find(column.name);
+    }
+
+    /// One style for each column.
+    const std::vector<FieldStyle>& StylesOf(const std::string& typeName) {
+        if (_recentStyles == nullptr || _recentStyles->first != typeName) {
+            const auto [found, isNew] = _styles.try_emplace(typeName);
+            if (isNew) {
+                for (const Column& column : _columns) {
+                    found->second.emplace_back(_parameters, typeName, column.name);
+                }
+            }
+            _recentStyles = &*found;
+        }
+        return _recentStyles->second;
+    }
+
+    void WriteHeader() {
+        if (_columns.empty() || !IsHeaderShown(_parameters)) {
+            return;
+        }
+        for (const Column& column : _columns) {
+            AppendPadded(_out, column.name, IsLast(column) ? 0 : column.width);
+        }
+        _out += '\n';
+        if (_parameters.GetParameter("header-line") != "false") {
+            WriteHeaderLine();
+        }
+    }
+
+    /// Deliberate: the last column is underlined as far as its name goes, not its cells.
+    void WriteHeaderLine() {
+        for (const Column& column : _columns) {
+            if (IsLast(column)) {
+                _out.append(column.name.size(), '-');
+            } else {
+                _out.append(column.width - kGap, '-');
+                _out.append(kGap, ' ');
+            }
+        }
+        _out += '\n';
+    }
+
+    bool WriteRows() {
+        const std::size_t wrapIndent = WrapIndent();
+        std::size_t begin = 0;
+        auto cell = _cells.cbegin();
+        for (const std::shared_ptr<MetaObject>& row : _rows) {
+            for (Column& column : _columns) {
+                const auto text = std::string_view(_cellText).substr(begin, cell->End() - begin);
+                if (wrapIndent == 0 || !IsLast(column)) {
+                    WriteCell(text, column, cell->IsRightAligned());
+                } else if (!WriteWrapped(std::static_pointer_cast<MetaStruct>(row),
+                                         column,
+                                         static_cast<int>(wrapIndent))) {
+                    return false;
+                }
+                begin = cell->End();
+                ++cell;
+            }
+            _out += '\n';
+            _buffer.FlushIfLarge();
+        }
+        return true;
+    }
+
+    void WriteCell(std::string_view text, const Column& column, bool isRightAligned) {
+        if (isRightAligned) {
+            _out.append(column.width - kGap - text.size(), ' ');
+            _out.append(text);
+            _out.append(kGap, ' ');
+        } else {
+            AppendPadded(_out, text, IsLast(column) ? 0 : column.width);
+        }
+    }
+
+    /// Deliberate: a wrapped cell is the plain text of its value, without printf and units.
+    bool WriteWrapped(const std::shared_ptr<MetaStruct>& row, Column& column, int indent) {
+        std::shared_ptr<MetaObject> nested;
+        const ValueView value = Find(row, MetaObj::StructView(*row), column, nested);
+        if (value.kind == ValueKind::Null) {
+            _out += "Unknown column " + column.name;
+            return false;
+        }
+        std::string text;
+        AppendValue(text, value);
+        AppendFittedLines(_out, text, {indent, _screenWidth, true});
+        return true;
+    }
+
+    /// Where the lines of the last column begin when it is to be wrapped, otherwise 0.
+    std::size_t WrapIndent() const {
+        if (_screenWidth == 0 || _columns.empty() ||
+            _parameters.GetParameter("wrap-last") != "true") {
+            return 0;
+        }
+        const std::string& lastName = _columns.back().name;
+        std::size_t indent = 0;
+        for (const Column& column : _columns) {
+            indent += column.name == lastName ? 0 : column.width;
+        }
+        const bool hasRoom = indent + lastName.size() <= static_cast<std::size_t>(_screenWidth);
+        return hasRoom ? indent : 0;
+    }
+
+    bool IsLast(const Column& column) const { return &column == &_columns.back(); }
+
+    const std::vector<std::shared_ptr<MetaObject>>& _rows;
+    const FormatParameters& _parameters;
+    const int _screenWidth;
+    std::vector<Column> _columns;
+    std::map<std::string, std::vector<FieldStyle>> _styles;  // by type name of a row
+    const std::pair<const std::string, std::vector<FieldStyle>>* _recentStyles = nullptr;
+    std::string _cellText;  // of all cells, one after the other
+    std::vector<Cell> _cells;
+    OutputBuffer _buffer;
+    std::string& _out = _buffer.Text();
+};
+
+}  // namespace
+
+bool WriteTable(const std::vector<std::shared_ptr<MetaObject>>& rows,
+                const MetaStruct& definition,
+                const FormatParameters& parameters,
+                const DisplayContext& display,
+                std::ostream& stream) {
+    return TableRendering(rows, definition, parameters, display, stream).Write();
+}
+
+}  // namespace Corvel::AutoCli

@@ -1,0 +1,124 @@
+#include "corvel/autocli/formatters/TextRendering.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+
+#include "corvel/autocli/formatters/SplitText.h"
+#include "corvel/metaobj/MetaList.h"
+#include "corvel/metaobj/MetaStruct.h"
+#include "corvel/metaobj/ValueText.h"
+
+namespace Corvel::AutoCli {
+
+using MetaObj::ValueKind;
+
+namespace {
+
+constexpr int kBlanksPerLevel = 3;
+
+void AppendInteger(std::string& out, long value) {
+    std::array<char, 20> digits;
+    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
+    out.append(digits.data(), end);
+}
+
+/// Deliberate: an indentation of 0 is one blank.
+void AppendFitIndent(std::string& out, int indent) {
+    out.append(static_cast<std::size_t>(std::max(indent, 1)), ' ');
+}
+
+/// `room`: how many bytes a line has after its indentation.
+void AppendWrapped(std::string& out, std::string_view line, long room, const Fitting& fitting) {
+    long left = room;
+    bool isFirst = true;
+    ForEachPiece(line, ' ', [&](std::string_view word) {
+        const long needed = static_cast<long>(word.size()) + 1;
+        left -= needed;
+        if (left < 0) {
+            out += fitting.breakChar == 0 ? ' ' : fitting.breakChar;
+            out += '\n';
+            AppendFitIndent(out, fitting.indent);
+            left = room - needed;
+        } else if (!isFirst) {
+            out += ' ';
+        }
+        out.append(word);
+        isFirst = false;
+    });
+}
+
+}  // namespace
+
+void AppendIndent(std::string& out, int level) {
+    if (level > 0) {
+        out.append(static_cast<std::size_t>(level) * kBlanksPerLevel, ' ');
+    }
+}
+
+void AppendPadded(std::string& out, std::string_view text, std::size_t width) {
+    out.append(text);
+    if (text.size() < width) {
+        out.append(width - text.size(), ' ');
+    }
+}
+
+void AppendValue(std::string& out, const MetaObj::ValueView& value) {
+    switch (value.kind) {
+        case ValueKind::Null:
+            break;
+        case ValueKind::Bool:
+            out += value.boolean ? "true" : "false";
+            break;
+        case ValueKind::Int:
+            AppendInteger(out, value.integer);
+            break;
+        case ValueKind::String:
+            out += *value.text;
+            break;
+        case ValueKind::Struct:
+            out += value.structure->ToString();
+            break;
+        case ValueKind::List:
+            out += value.list->ToString();
+            break;
+        case ValueKind::Mismatch:
+            out += value.object->ToString();
+            break;
+    }
+}
+
+void AppendFitted(std::string& out, std::string_view line, const Fitting& fitting) {
+    const long room = static_cast<long>(fitting.width) - fitting.indent;
+    if (!fitting.alreadyIndented) {
+        AppendFitIndent(out, fitting.indent);
+    }
+    if (room > 0 && static_cast<long>(line.size()) > room) {
+        AppendWrapped(out, line, room, fitting);
+    } else {
+        out.append(line);
+    }
+    if (fitting.endLine) {
+        out += '\n';
+    }
+}
+
+void AppendFittedLines(std::string& out, std::string_view text, const Fitting& fitting) {
+    Fitting lineFitting = fitting;
+    bool isFirst = true;
+    ForEachPiece(text, '\n', [&](std::string_view line) {
+        if (!isFirst && !fitting.endLine) {
+            out += '\n';
+        }
+        AppendFitted(out, line, lineFitting);
+        lineFitting.alreadyIndented = false;
+        isFirst = false;
+    });
+}
+
+std::string_view StringField(const MetaObj::MetaStruct& structure, std::string_view name) {
+    const MetaObj::ValueView value = MetaObj::StructView(structure).Find(name);
+    return value.kind == ValueKind::String ? std::string_view(*value.text) : std::string_view();
+}
+
+}  // namespace Corvel::AutoCli

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "corvel/metaobj/ValueView.h"
+
+namespace Corvel::AutoCli {
+
+/// What the text formatters write with: each function appends to a text.
+
+/// Three blanks for each level; none below level 1.
+void AppendIndent(std::string& out, int level);
+
+/// The text, and blanks up to `width` bytes.
+void AppendPadded(std::string& out, std::string_view text, std::size_t width);
+
+/// The value's ToString() text; nothing for the kind Null.
+void AppendValue(std::string& out, const MetaObj::ValueView& value);
+
+/// How AppendFitted() lays a text out.
+struct Fitting {
+    int indent = 0;
+    int width = 0;
+    /// The caller has brought the line to column `indent`.
+    bool alreadyIndented = false;
+    /// End every line with a newline.
+    bool endLine = false;
+    /// What a wrapped line ends with; 0 means a blank.
+    char breakChar = 0;
+};
+
+/// One line that is wrapped at blanks; see AutoCli_FitString().
+void AppendFitted(std::string& out, std::string_view line, const Fitting& fitting);
+/// The same for each line of a text.
+void AppendFittedLines(std::string& out, std::string_view text, const Fitting& fitting);
+
+/// The text of a string field; empty when there is no such field or it is no string. Lives as long
+/// as the field.
+std::string_view StringField(const MetaObj::MetaStruct& structure, std::string_view name);
+
+}  // namespace Corvel::AutoCli
