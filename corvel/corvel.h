@@ -1,8 +1,10 @@
 #pragma once
 
 /// Everything that libcorvel offers to plug-ins and hosts.
+#include "corvel/autocli/CliDispatcher.h"
 #include "corvel/autocli/Command.h"
 #include "corvel/autocli/CommandSpec.h"
+#include "corvel/autocli/Dispatcher.h"
 #include "corvel/autocli/Namespace.h"
 #include "corvel/autocli/NamespaceNode.h"
 #include "corvel/autocli/NodeNames.h"

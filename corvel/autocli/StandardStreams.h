@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+
+namespace Corvel::AutoCli {
+
+/// Sends everything that was written to standard output on its way. When that fails, or writing
+/// failed before, it tells so once on standard error, until somebody clears the stream:
+///   "Unable to write to standard output: " + the system's text
+///
+/// @return whether everything written so far has gone out.
+bool FlushStandardOutput();
+
+/// Writes lines to standard error, behind everything that was written to standard output before.
+///
+/// @param lines  with their line ends.
+void WriteErrorLines(const std::string& lines);
+
+}  // namespace Corvel::AutoCli

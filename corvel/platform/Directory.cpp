@@ -1,0 +1,46 @@
+#include "corvel/platform/Directory.h"
+
+#include <dirent.h>
+#include <errno.h>
+
+#include <memory>
+#include <string_view>
+
+namespace Corvel::Platform {
+
+namespace {
+
+struct CloseDirectory {
+    void operator()(DIR* directory) const { ::closedir(directory); }
+};
+
+using OpenDirectory = std::unique_ptr<DIR, CloseDirectory>;
+
+/// The system opens it close-on-exec.
+OpenDirectory Open(const std::string& path) {
+    DIR* directory = nullptr;
+    do {
+        directory = ::opendir(path.c_str());
+    } while (directory == nullptr && errno == EINTR);
+    return OpenDirectory(directory);
+}
+
+}  // namespace
+
+DirectoryReading ReadDirectory(const std::string& path, std::vector<std::string>& names) {
+    const OpenDirectory directory = Open(path);
+    if (directory == nullptr) {
+        return DirectoryReading::NotOpened;
+    }
+    errno = 0;
+    while (const dirent* entry = ::readdir(directory.get())) {
+        const std::string_view name(entry->d_name);
+        if (name != "." && name != "..") {
+            names.emplace_back(name);
+        }
+        errno = 0;
+    }
+    return errno == 0 ? DirectoryReading::Complete : DirectoryReading::Broken;
+}
+
+}  // namespace Corvel::Platform
