@@ -1,0 +1,86 @@
+#include <climits>
+#include <cstdlib>
+#include <new>
+#include <string>
+#include <string_view>
+
+#include <gtest/gtest.h>
+#include <libxml/parser.h>
+#include <libxml/xmlmemory.h>
+
+#include "corvel/autocli/plugins/XmlDocument.h"
+#include "corvel/autocli/plugins/XmlNodes.h"
+#include "corvel/metaobj/MetaObject.h"
+
+namespace Corvel::AutoCli {
+namespace {
+
+/// Makes one allocation of libxml2 fail: the one with this number, counted from 1; 0 for none.
+class FailingAllocation {
+public:
+    explicit FailingAllocation(long number) {
+        _sLeft = number;
+        xmlMemSetup(std::free, Allocate, Reallocate, Duplicate);
+    }
+    FailingAllocation(const FailingAllocation&) = delete;
+    FailingAllocation& operator=(const FailingAllocation&) = delete;
+    ~FailingAllocation() { xmlMemSetup(std::free, std::malloc, std::realloc, ::strdup); }
+
+    bool HasFailed() const { return _sLeft <= 0; }
+
+private:
+    static bool Fails() { return --_sLeft == 0; }
+    static void* Allocate(std::size_t size) { return Fails() ? nullptr : std::malloc(size); }
+    static void* Reallocate(void* block, std::size_t size) {
+        return Fails() ? nullptr : std::realloc(block, size);
+    }
+    static char* Duplicate(const char* text) { return Fails() ? nullptr : ::strdup(text); }
+
+    static inline long _sLeft = 0;
+};
+
+TEST(XmlDocument, ParsedTextHasARoot) {
+    const auto document = XmlDocument::Parse("<?xml version=\"1.0\"?><o/>", "test");
+    EXPECT_TRUE(document.IsParsed());
+    EXPECT_EQ("o", NodeName(document.GetRoot()));
+}
+
+TEST(XmlDocument, UnparseableTextHasNoRoot) {
+    for (const std::string_view text : {std::string_view(), std::string_view("<o>")}) {
+        const auto document = XmlDocument::Parse(text, "test");
+        EXPECT_FALSE(document.IsParsed());
+        EXPECT_EQ(nullptr, document.GetRoot());
+    }
+}
+
+TEST(XmlDocument, TextLongerThanTheParserCountsIsUnparseable) {
+    const char text = '<';
+    const auto document =
+        XmlDocument::Parse(std::string_view(&text, static_cast<std::size_t>(INT_MAX) + 1), "test");
+    EXPECT_FALSE(document.IsParsed());
+}
+
+TEST(XmlDocument, WantOfMemoryNeverTurnsIntoALostOrOtherValue) {
+    const std::string text =
+        "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?><o><structure typeName=\"Disk\">"
+        "<field name=\"a\"><int>1</int></field><field name=\"b\"><string>t&amp;&#233;xt</string>"
+        "</field></structure></o>";
+    const std::string expected = XmlUtil_ParseXmlOutput(text)->ToString();
+    for (long number = 1;; ++number) {
+        const FailingAllocation failing(number);
+        try {
+            const auto value = XmlUtil_ParseXmlOutput(text);
+            ASSERT_NE(nullptr, value) << number;
+            ASSERT_EQ(expected, value->ToString()) << number;
+        } catch (const std::bad_alloc&) {
+            continue;
+        }
+        if (!failing.HasFailed()) {
+            EXPECT_LT(20, number);
+            break;
+        }
+    }
+}
+
+}  // namespace
+}  // namespace Corvel::AutoCli
