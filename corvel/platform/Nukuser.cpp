@@ -1,54 +1,62 @@
 #include <errno.h>
-#include <fcntl.h>
 #include <signal.h>
 #include <spawn.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <cstring>
-#include <new>
-#include <vector>
 
-#include "corvel/platform/FileDescriptor.h"
 #include "corvel/platform/Platform.h"
 
 namespace {
 
-using Corvel::Platform::FileDescriptor;
-
+/// What the child does to its descriptors before the program starts.
 class FileActions {
 public:
-    FileActions() noexcept { posix_spawn_file_actions_init(&_actions); }
+    /// Gives the child descriptors[i] as its descriptor i, and no other descriptor.
+    FileActions(const int* descriptors, int count) noexcept {
+        _error = posix_spawn_file_actions_init(&_actions);
+        // A source that is also a target must get out of the way before that target is filled.
+        const int* const highest = std::max_element(descriptors, descriptors + count);
+        const int spare = count == 0 ? 0 : std::max(count, *highest + 1);
+        const auto isInTheWay = [=](int target) {
+            return descriptors[target] < count && descriptors[target] != target;
+        };
+        for (int target = 0; target < count; ++target) {
+            if (isInTheWay(target)) {
+                Duplicate(descriptors[target], spare + target);
+            }
+        }
+        for (int target = 0; target < count; ++target) {
+            Duplicate(isInTheWay(target) ? spare + target : descriptors[target], target);
+        }
+        CloseFrom(count);
+    }
     FileActions(const FileActions&) = delete;
     FileActions& operator=(const FileActions&) = delete;
     ~FileActions() { posix_spawn_file_actions_destroy(&_actions); }
 
-    /// Gives the child descriptors[i] as its descriptor i, and nothing else.
-    /// @return 0 or an errno value.
-    int Map(const int* descriptors, int count) {
-        for (int target = 0; target < count; ++target) {
-            int source = descriptors[target];
-            if (source < count && source != target) {
-                // An earlier target may have taken its number by the time it is its turn.
-                source = _copies.emplace_back(fcntl(source, F_DUPFD_CLOEXEC, count)).Get();
-                if (source == -1) {
-                    return errno;
-                }
-            }
-            // With source == target this takes the child's copy out of close-on-exec.
-            if (const int error = posix_spawn_file_actions_adddup2(&_actions, source, target)) {
-                return error;
-            }
-        }
-        return posix_spawn_file_actions_addclosefrom_np(&_actions, count);
-    }
-
     const posix_spawn_file_actions_t* Get() const noexcept { return &_actions; }
+    /// @return the errno value of the first action that was refused, or 0.
+    int Error() const noexcept { return _error; }
 
 private:
+    /// The child's copy survives exec, also when source and target are the same.
+    void Duplicate(int source, int target) noexcept {
+        if (_error == 0) {
+            _error = posix_spawn_file_actions_adddup2(&_actions, source, target);
+        }
+    }
+    void CloseFrom(int lowest) noexcept {
+        if (_error == 0) {
+            _error = posix_spawn_file_actions_addclosefrom_np(&_actions, lowest);
+        }
+    }
+
     posix_spawn_file_actions_t _actions;
-    std::vector<FileDescriptor> _copies;
+    int _error;
 };
 
 /// SIGPIPE back to its default, and no signal blocked, whatever the caller has done to its own.
@@ -73,26 +81,6 @@ private:
     posix_spawnattr_t _attributes;
 };
 
-int Spawn(const char* path,
-          const char* const* argv,
-          const char* const* envp,
-          const int* descriptors,
-          int descriptorCount,
-          int* pid) {
-    FileActions actions;
-    if (const int error = actions.Map(descriptors, descriptorCount)) {
-        return error;
-    }
-    const CleanSignals signals;
-    // posix_spawn promises not to change the vectors; its parameters merely are older than const.
-    return posix_spawn(pid,
-                       path,
-                       actions.Get(),
-                       signals.Get(),
-                       const_cast<char* const*>(argv),
-                       envp == nullptr ? environ : const_cast<char* const*>(envp));
-}
-
 }  // namespace
 
 std::uint64_t NukuserCompat_ForkExec(const char* path,
@@ -105,17 +93,23 @@ std::uint64_t NukuserCompat_ForkExec(const char* path,
                                      int /*groupId*/,
                                      int /*flags*/,
                                      int* pid) {
-    try {
-        pid_t started = 0;
-        const int error =
-            Spawn(path, argv, envp, descriptors, static_cast<int>(descriptorCount), &started);
-        if (error == 0) {
-            *pid = started;
-        }
-        return static_cast<std::uint64_t>(error);
-    } catch (const std::bad_alloc&) {
-        return ENOMEM;
+    const FileActions actions(descriptors, static_cast<int>(descriptorCount));
+    if (actions.Error() != 0) {
+        return static_cast<std::uint64_t>(actions.Error());
     }
+    const CleanSignals signals;
+    pid_t started = 0;
+    // posix_spawn does not change the vectors; its parameters are merely older than const.
+    const int error = posix_spawn(&started,
+                                  path,
+                                  actions.Get(),
+                                  signals.Get(),
+                                  const_cast<char* const*>(argv),
+                                  envp == nullptr ? environ : const_cast<char* const*>(envp));
+    if (error == 0) {
+        *pid = started;
+    }
+    return static_cast<std::uint64_t>(error);
 }
 
 void NukuserStatus_CodeToString(std::uint64_t code, char* buffer, std::size_t size, int /*flags*/) {

@@ -32,16 +32,15 @@ public:
     /// @return a command with empty templates and without specifications.
     static std::shared_ptr<ExtensionCommand> New();
 
+    ExtensionCommand();
     ~ExtensionCommand() override;
 
     /// The template of the shell command line.
-    void SetExecuteCommand(const std::string& text);
-    void SetExecuteCommand(std::string&& text);
+    void SetExecuteCommand(std::string text);
     void SetExecuteCommand(const char* text);
 
     /// The template of the text that the child gets on its standard input.
-    void SetStdin(const std::string& text);
-    void SetStdin(std::string&& text);
+    void SetStdin(std::string text);
     void SetStdin(const char* text);
 
     void SetInputSpec(std::shared_ptr<CallSpec::InputSpec> inputSpec);
@@ -75,9 +74,6 @@ public:
     /// Failures: what AutoCli_ShellCmd and SubstituteInput raise passes through.
     void ExecuteInternal(const std::shared_ptr<CallSpec::Input>& input,
                          const std::shared_ptr<CallSpec::Output>& output) override;
-
-protected:
-    ExtensionCommand();
 
 private:
     std::string _executeCommand;

@@ -1,0 +1,102 @@
+#include <errno.h>
+#include <signal.h>
+#include <sys/wait.h>
+
+#include <gtest/gtest.h>
+
+#include "corvel/platform/ChildProcess.h"
+#include "corvel/platform/Pipe.h"
+#include "tests/support/ProcessState.h"
+
+namespace Corvel::Platform {
+
+namespace {
+
+using Testing::HasChild;
+using Testing::Interruptions;
+
+constexpr std::array<int, 3> kOwnDescriptors = {0, 1, 2};
+
+std::uint64_t StartShell(ChildProcess& child, const std::string& command) {
+    return child.Start({"/bin/sh", "-c", command}, kOwnDescriptors);
+}
+
+TEST(ChildProcess, WaitGivesTheStatus) {
+    ChildProcess child;
+    ASSERT_EQ(StartShell(child, "exit 9"), 0U);
+    int status = -1;
+    EXPECT_EQ(child.Wait(status), 0);
+    EXPECT_EQ(status, 9 << 8);
+    EXPECT_FALSE(HasChild());
+}
+
+TEST(ChildProcess, WaitingGoesOnAfterAnInterruption) {
+    ChildProcess child;
+    ASSERT_EQ(StartShell(child, "sleep 0.05; exit 9"), 0U);
+    const Interruptions interruptions;
+    int status = -1;
+    EXPECT_EQ(child.Wait(status), 0);
+    EXPECT_GT(Interruptions::Count(), 10);
+    EXPECT_EQ(status, 9 << 8);
+}
+
+TEST(ChildProcess, WaitForAChildThatIsGoneLeavesTheStatusAlone) {
+    signal(SIGCHLD, SIG_IGN);
+    ChildProcess child;
+    ASSERT_EQ(StartShell(child, "exit 9"), 0U);
+    int status = -1;
+    EXPECT_EQ(child.Wait(status), ECHILD);
+    EXPECT_EQ(status, -1);
+    signal(SIGCHLD, SIG_DFL);
+}
+
+TEST(ChildProcess, ArgumentWithANulIsRefused) {
+    ChildProcess child;
+    EXPECT_EQ(child.Start({"/bin/sh", std::string(1, '\0')}, kOwnDescriptors),
+              static_cast<std::uint64_t>(EINVAL));
+    EXPECT_FALSE(HasChild());
+}
+
+TEST(ChildProcess, ProgramThatIsMissingGivesItsStatusCode) {
+    ChildProcess child;
+    EXPECT_EQ(child.Start({"/nonexistent/program"}, kOwnDescriptors),
+              static_cast<std::uint64_t>(ENOENT));
+    EXPECT_FALSE(HasChild());
+}
+
+TEST(ChildProcess, ChildThatIsJustEndingIsReapedByTheDestructor) {
+    {
+        ChildProcess child;
+        ASSERT_EQ(StartShell(child, "sleep 0.02"), 0U);
+    }
+    EXPECT_FALSE(HasChild());
+}
+
+TEST(ChildProcess, ChildThatHasEndedIsReapedByTheDestructor) {
+    Pipe pipe;
+    ASSERT_EQ(pipe.Open(), 0);
+    {
+        ChildProcess child;
+        ASSERT_EQ(child.Start({"/bin/true"}, {0, pipe.writeEnd.Get(), 2}), 0U);
+        siginfo_t ended{};
+        ASSERT_EQ(waitid(P_ALL, 0, &ended, WEXITED | WNOWAIT), 0);
+    }
+    EXPECT_FALSE(HasChild());
+}
+
+TEST(ChildProcess, ChildThatLivesOnIsLeftAlone) {
+    Pipe pipe;
+    ASSERT_EQ(pipe.Open(), 0);
+    {
+        ChildProcess child;
+        ASSERT_EQ(child.Start({"/bin/cat"}, {pipe.readEnd.Get(), 1, 2}), 0U);
+    }
+    EXPECT_TRUE(HasChild());
+    pipe.writeEnd.Close();
+    int status = -1;
+    EXPECT_GT(wait(&status), 0);
+    EXPECT_EQ(status, 0);
+}
+
+}  // namespace
+}  // namespace Corvel::Platform
