@@ -1,0 +1,37 @@
+# What the two examples print, whichever way they were built.
+
+# expect COMMAND...: the command ends with status 0 and prints what is on standard input.
+expect() {
+    local answer
+    answer=$("$@") || { echo "failed: $*"; exit 1; }
+    diff - <(printf '%s\n' "$answer") || { echo "the output above is that of: $*"; exit 1; }
+}
+
+expect_embedding() {
+    expect "$1" greeting get --name World <<'OUTPUT'
+Greeting:
+   Text: Hello, World!
+OUTPUT
+}
+
+# The numbers change from call to call, the shape does not.
+expect_hostinfo() {
+    local staging=$1 plugin=$2
+    quorcli_with_plugin() {
+        LD_LIBRARY_PATH=$(dirname "$(find "$staging" -name libcorvel.so.1)") "$staging/bin/quorcli" --plugin "$plugin" "$@" | sed -E 's/[0-9]+(\.[0-9]+)?/N/g'
+    }
+    expect quorcli_with_plugin --formatter python --format-param fields:Memory=Total host memory get <<'OUTPUT'
+{"Available": N, "Cached": N, "Free": N, "Swap Free": N, "Swap Total": N, "Total": N, }
+OUTPUT
+    expect quorcli_with_plugin host load get <<'OUTPUT'
+Load:
+   N Minute : N
+   N Minutes: N
+   N Minutes: N
+   Running  : N
+   Threads  : N
+OUTPUT
+    expect quorcli_with_plugin --format-param fields:Processor=Number --format-param show-header=false host cpu list --number 0 <<'OUTPUT'
+     N  
+OUTPUT
+}
