@@ -3,6 +3,8 @@
 /// Everything that libcorvel offers to plug-ins and hosts.
 #include "corvel/autocli/CliDispatcher.h"
 #include "corvel/autocli/Command.h"
+#include "corvel/autocli/CommandInput.h"
+#include "corvel/autocli/CommandOutput.h"
 #include "corvel/autocli/CommandSpec.h"
 #include "corvel/autocli/Dispatcher.h"
 #include "corvel/autocli/Namespace.h"

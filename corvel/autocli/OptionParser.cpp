@@ -1,0 +1,363 @@
+#include "corvel/autocli/OptionParser.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <iostream>
+#include <optional>
+#include <string_view>
+
+#include "corvel/callspec/InputSpec.h"
+#include "corvel/callspec/ParameterSpec.h"
+#include "corvel/metaobj/NullText.h"
+#include "corvel/platform/SilentTerminal.h"
+
+namespace Corvel::AutoCli {
+
+namespace {
+
+constexpr std::string_view kBlanks = " \t";
+
+struct Option {
+    std::string_view name;
+    std::optional<std::string_view> value;
+};
+
+bool IsLetter(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+
+bool IsNameCharacter(char c) {
+    return IsLetter(c) || (c >= '0' && c <= '9') || c == '-';
+}
+
+/// Takes apart what matches, as a whole,
+///   -[a-zA-Z]
+///   --[a-zA-Z][a-zA-Z0-9-]+
+///   --[a-zA-Z][a-zA-Z0-9-]+=.+     where a dot stands for any character
+std::optional<Option> ReadOption(std::string_view word) {
+    if (word.size() == 2 && word[0] == '-' && IsLetter(word[1])) {
+        return Option{word.substr(1), std::nullopt};
+    }
+    if (!word.starts_with("--")) {
+        return std::nullopt;
+    }
+    word.remove_prefix(2);
+    const std::size_t equals = word.find('=');
+    Option option{word.substr(0, equals), std::nullopt};
+    if (equals != std::string_view::npos) {
+        option.value = word.substr(equals + 1);
+    }
+    const bool isOption = option.name.size() >= 2 && IsLetter(option.name.front()) &&
+                          std::all_of(option.name.begin(), option.name.end(), IsNameCharacter) &&
+                          option.value != "";
+    return isOption ? std::optional(option) : std::nullopt;
+}
+
+std::string Pop(std::stack<std::string>& words) {
+    std::string word = std::move(words.top());
+    words.pop();
+    return word;
+}
+
+/// The word that a stretch of a line stands for.
+std::string WithoutQuotes(std::string text) {
+    std::erase(text, '"');
+    return text;
+}
+
+/// Deliberate: a quote alone does not begin a word, so blanks between a quote and the first other
+/// character of the line are skipped, and quotes before such blanks leave no trace. From the first
+/// word on, every stretch between blanks is a word, even one of nothing but quotes, unless it is
+/// such a one at the end of the line.
+std::vector<std::string> SplitLine(const std::string& line) {
+    std::vector<std::string> words;
+    std::size_t start = 0;
+    bool inWord = false;
+    bool inQuotes = false;
+    for (std::size_t i = 0; i < line.size(); ++i) {
+        if (line[i] == '"') {
+            inQuotes = !inQuotes;
+        } else if (kBlanks.find(line[i]) == std::string_view::npos) {
+            inWord = true;
+        } else if (!inWord) {
+            start = i + 1;
+        } else if (!inQuotes) {
+            words.push_back(WithoutQuotes(line.substr(start, i - start)));
+            start = std::min(line.find_first_not_of(kBlanks, i), line.size());
+            i = start - 1;
+        }
+    }
+    std::string last = WithoutQuotes(line.substr(start));
+    if (!last.empty()) {
+        words.push_back(std::move(last));
+    }
+    return words;
+}
+
+bool IsComment(const std::string& line) {
+    const std::size_t first = line.find_first_not_of(kBlanks);
+    return first != std::string::npos && line[first] == '#';
+}
+
+/// The echo goes off before the prompt can be seen: whoever answers it is never too early.
+std::string ReadLineSilently(const std::string& prompt) {
+    const Platform::SilentTerminal silence(STDIN_FILENO);
+    std::cout << prompt << std::flush;
+    std::string line;
+    std::getline(std::cin, line);
+    return line;
+}
+
+std::string PromptForSecret(const CallSpec::ParameterSpec& parameter) {
+    std::string value = ReadLineSilently("Enter value for '" + parameter.GetName() + "': ");
+    std::cout << std::endl;
+    return value;
+}
+
+const CallSpec::ParameterSpec* FindParameter(const CallSpec::InputSpec& inputSpec,
+                                             const std::string& name) {
+    for (const auto& parameter : inputSpec.GetParameters()) {
+        if (parameter->GetName() == name || parameter->GetShortName() == name) {
+            return parameter.get();
+        }
+    }
+    return nullptr;
+}
+
+bool HasParameter(const std::vector<OptionParser::Parameter>& parameters, const std::string& name) {
+    return std::any_of(parameters.begin(), parameters.end(), [&name](const auto& parameter) {
+        return parameter.first == name;
+    });
+}
+
+std::vector<std::string> ValuesOf(const std::vector<OptionParser::Parameter>& parameters,
+                                  const std::string& name) {
+    std::vector<std::string> values;
+    for (const auto& [parameterName, value] : parameters) {
+        if (parameterName == name) {
+            values.push_back(value);
+        }
+    }
+    return values;
+}
+
+void AppendParameters(const std::vector<OptionParser::Parameter>& parameters, std::string& text) {
+    for (const auto& [name, value] : parameters) {
+        text += "\n   --" + name + " = '" + value + "'";
+    }
+}
+
+}  // namespace
+
+OptionParser::OptionParser() : OptionParser("quorcli") {}
+
+OptionParser::OptionParser(const char* dispatcherName)
+    : OptionParser(std::string(MetaObj::TextOrEmpty(dispatcherName))) {}
+
+OptionParser::OptionParser(const std::string& dispatcherName) : _dispatcher(dispatcherName) {}
+
+void OptionParser::ParseArgv(int argc, const char* const* argv) {
+    if (argc < 1) {
+        return;
+    }
+    std::stack<std::string> words;
+    for (int i = argc - 1; i > 0; --i) {
+        words.push(MetaObj::TextOrEmpty(argv[i]));
+    }
+    _dispatcher = MetaObj::TextOrEmpty(argv[0]);
+    ParseStack(std::move(words));
+}
+
+void OptionParser::ParseVector(std::vector<std::string> words) {
+    std::stack<std::string> stack;
+    for (auto word = words.rbegin(); word != words.rend(); ++word) {
+        stack.push(std::move(*word));
+    }
+    ParseStack(std::move(stack));
+}
+
+bool OptionParser::ParseString(const char* line) {
+    return ParseString(std::string(MetaObj::TextOrEmpty(line)));
+}
+
+bool OptionParser::ParseString(const std::string& line) {
+    if (IsComment(line)) {
+        return true;
+    }
+    std::vector<std::string> words = SplitLine(line);
+    if (words.empty()) {
+        return true;
+    }
+    ParseVector(std::move(words));
+    return false;
+}
+
+void OptionParser::ParseStack(std::stack<std::string> words) {
+    if (words.empty()) {
+        return;
+    }
+    _dispatcherParameters = ParseParameters(words);
+    _commandPath = ParsePath(words);
+    _remainingWords = std::move(words);
+}
+
+std::list<std::string> OptionParser::ParsePath(std::stack<std::string>& words) {
+    std::list<std::string> path;
+    while (!words.empty() && !IsParameter(words.top())) {
+        path.push_back(Pop(words));
+    }
+    return path;
+}
+
+std::vector<OptionParser::Parameter> OptionParser::ParseParameters(std::stack<std::string>& words) {
+    std::vector<Parameter> parameters;
+    while (!words.empty() && IsParameter(words.top())) {
+        auto& [name, value] = parameters.emplace_back();
+        if (ParseParameter(Pop(words), name, value)) {
+            continue;
+        }
+        const bool valueFollows = !words.empty() && !IsParameter(words.top());
+        value = valueFollows ? Pop(words) : ValueOfLoneOption(name);
+    }
+    return parameters;
+}
+
+/// The value of an option that no value follows.
+std::string OptionParser::ValueOfLoneOption(const std::string& name) {
+    const CallSpec::ParameterSpec* parameter =
+        _inputSpec == nullptr ? nullptr : FindParameter(*_inputSpec, name);
+    if (parameter == nullptr) {
+        return {};
+    }
+    if (parameter->IsSecret()) {
+        return PromptForSecret(*parameter);
+    }
+    if (parameter->GetType() != CallSpec::ParameterType::Flag && parameter->GetName() != "help") {
+        _parseErrors.push_back(name + " must have value");
+    }
+    return {};
+}
+
+bool OptionParser::ParseParameter(const std::string& word, std::string& name, std::string& value) {
+    const std::optional<Option> option = ReadOption(word);
+    if (!option) {
+        _parseErrors.push_back("Attempt to parse option failed.  Input was : " + word);
+        return false;
+    }
+    name = option->name;
+    if (option->value) {
+        value = *option->value;
+    }
+    return option->value.has_value();
+}
+
+bool OptionParser::IsParameter(const std::string& word) {
+    return ReadOption(word).has_value();
+}
+
+void OptionParser::SetInputSpec(std::shared_ptr<CallSpec::InputSpec> inputSpec) {
+    _inputSpec = std::move(inputSpec);
+}
+
+void OptionParser::ProcessCommandArguments() {
+    if (_remainingWords.empty()) {
+        return;
+    }
+    _commandParameters = ParseParameters(_remainingWords);
+    if (_remainingWords.empty()) {
+        return;
+    }
+    std::string error = "Found Extra non-parameter arguments at the end of input: ";
+    while (!_remainingWords.empty()) {
+        error += "'" + Pop(_remainingWords) + "' ";
+    }
+    _parseErrors.push_back(std::move(error));
+}
+
+bool OptionParser::IsParsed() const {
+    return _parsed;
+}
+
+const std::vector<std::string>& OptionParser::GetParseErrors() const {
+    return _parseErrors;
+}
+
+const std::string& OptionParser::GetDispatcher() const {
+    return _dispatcher;
+}
+
+const std::list<std::string>& OptionParser::GetCommandPath() const {
+    return _commandPath;
+}
+
+const std::list<std::string>& OptionParser::GetNamespaces() const {
+    return _commandPath;
+}
+
+const std::vector<OptionParser::Parameter>& OptionParser::GetDispatcherParameters() const {
+    return _dispatcherParameters;
+}
+
+bool OptionParser::HasDispatcherParameter(const char* name) const {
+    return HasDispatcherParameter(std::string(MetaObj::TextOrEmpty(name)));
+}
+
+bool OptionParser::HasDispatcherParameter(const std::string& name) const {
+    return HasParameter(_dispatcherParameters, name);
+}
+
+std::vector<std::string> OptionParser::GetDispatcherParameter(const char* name) const {
+    return GetDispatcherParameter(std::string(MetaObj::TextOrEmpty(name)));
+}
+
+std::vector<std::string> OptionParser::GetDispatcherParameter(const std::string& name) const {
+    return ValuesOf(_dispatcherParameters, name);
+}
+
+const std::vector<OptionParser::Parameter>& OptionParser::GetCommandParameters() {
+    ProcessCommandArguments();
+    return _commandParameters;
+}
+
+bool OptionParser::HasCommandParameter(const char* name) {
+    return HasCommandParameter(std::string(MetaObj::TextOrEmpty(name)));
+}
+
+bool OptionParser::HasCommandParameter(const std::string& name) {
+    return HasParameter(GetCommandParameters(), name);
+}
+
+std::vector<std::string> OptionParser::GetCommandParameter(const char* name) {
+    return GetCommandParameter(std::string(MetaObj::TextOrEmpty(name)));
+}
+
+std::vector<std::string> OptionParser::GetCommandParameter(const std::string& name) {
+    return ValuesOf(GetCommandParameters(), name);
+}
+
+std::string OptionParser::GetSilentString() {
+    return ReadLineSilently({});
+}
+
+std::string OptionParser::ToString() {
+    std::string text = _parsed ? "Parsed: 1" : "Parsed: 0";
+    text += "\nDispatcher: " + _dispatcher;
+    text += "\nErrors: ";
+    for (const std::string& error : _parseErrors) {
+        text += "\n   " + error;
+    }
+    text += "\nPath: ";
+    for (const std::string& word : _commandPath) {
+        text += "'" + word + "'";
+    }
+    text += "\nDispatch Params: ";
+    AppendParameters(_dispatcherParameters, text);
+    text += "\nCommand Params: ";
+    AppendParameters(GetCommandParameters(), text);
+    text += "\n";
+    return text;
+}
+
+}  // namespace Corvel::AutoCli
