@@ -23,6 +23,7 @@
 #include "corvel/autocli/formatters/SimpleFormatter.h"
 #include "corvel/autocli/formatters/TableFormatter.h"
 #include "corvel/autocli/formatters/XmlFormatter.h"
+#include "corvel/autocli/plugins/ExtensionCommand.h"
 #include "corvel/autocli/plugins/Panic.h"
 #include "corvel/autocli/plugins/ShellCommand.h"
 #include "corvel/autocli/plugins/ShellTemplate.h"

@@ -67,6 +67,10 @@ void Input::SetInputSpec(const std::shared_ptr<InputSpec>& inputSpec) {
     }
 }
 
+const std::shared_ptr<InputSpec>& Input::GetInputSpec() const {
+    return _inputSpec;
+}
+
 const std::map<std::string, std::list<std::string>>& Input::GetParameters() const {
     return _values;
 }

@@ -38,6 +38,8 @@ public:
 
     /// Keeps the declaration, and moves the values that stand under a short name to the long one.
     void SetInputSpec(const std::shared_ptr<InputSpec>& inputSpec);
+    /// @return an empty reference as long as none is set.
+    const std::shared_ptr<InputSpec>& GetInputSpec() const;
 
     const std::map<std::string, std::list<std::string>>& GetParameters() const;
     bool HasParameter(const std::string& name) const;
