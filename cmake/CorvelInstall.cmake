@@ -1,5 +1,6 @@
 # What `cmake --install` puts in place: the library with its public headers, the host program, the
-# CMake package `corvel` and the pkg-config module `corvel`, all relocatable.
+# CMake package `corvel` and the pkg-config module `corvel`, all relocatable, the manual page and the
+# example descriptors.
 include(CMakePackageConfigHelpers)
 
 set(corvel_package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/corvel")
@@ -12,6 +13,11 @@ install(
   ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
   FILE_SET HEADERS DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
 install(TARGETS quorcli RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
+install(FILES "${PROJECT_SOURCE_DIR}/packaging/quorcli.1" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
+install(
+  DIRECTORY "${PROJECT_SOURCE_DIR}/examples/host"
+  DESTINATION "${CMAKE_INSTALL_DATADIR}/corvel/examples"
+  USE_SOURCE_PERMISSIONS)
 
 install(
   EXPORT corvelTargets
