@@ -25,6 +25,7 @@
 #include "corvel/autocli/formatters/XmlFormatter.h"
 #include "corvel/autocli/plugins/ExtensionCommand.h"
 #include "corvel/autocli/plugins/Panic.h"
+#include "corvel/autocli/plugins/Plugin.h"
 #include "corvel/autocli/plugins/ShellCommand.h"
 #include "corvel/autocli/plugins/ShellTemplate.h"
 #include "corvel/autocli/plugins/XmlUtil.h"
