@@ -149,7 +149,7 @@ TEST(XmlUtilParseXmlOutput, UnparseableTextGivesAnEmptyReferenceWithoutANoise) {
         {"crossed tags", "<o><a><b></a></b></o>", "none"},
         {"duplicate attribute", "<o a=\"1\" a=\"2\"/>", "none"},
         {"unknown entity", "<o>&nothing;</o>", "none"},
-        {"NUL in text", std::string("<o><string>a\0b</string></o>", 28), "none"},
+        {"NUL in text", std::string("<o><string>a") + '\0' + "b</string></o>", "none"},
         {"control character", "<o><string>\x01</string></o>", "none"},
         {"control character by number", "<o><string>&#1;</string></o>", "none"},
         {"no UTF-8", "<o><string>\xff\xfe</string></o>", "none"},
@@ -169,7 +169,8 @@ TEST(XmlUtilParseXmlOutput, TextThatDeclaresEntitiesIsUnparseable) {
     std::string bomb = "<!DOCTYPE o [<!ENTITY a0 \"boom\">";
     for (int i = 1; i < 20; ++i) {
         const std::string inner = "&a" + std::to_string(i - 1) + ";";
-        bomb += "<!ENTITY a" + std::to_string(i) + " \"" + inner + inner + inner + inner + "\">";
+        bomb.append("<!ENTITY a").append(std::to_string(i)).append(" \"");
+        bomb.append(inner).append(inner).append(inner).append(inner).append("\">");
     }
     ExpectReads({
         {"unused", "<!DOCTYPE o [<!ENTITY a \"b\">]><o><int>1</int></o>", "none"},
@@ -227,44 +228,39 @@ TEST(XmlUtilParseXmlOutput, RefusalNamesItsReason) {
     });
 }
 
-/// A text whose elements are nested that deep.
-std::string Nested(std::size_t depth) {
-    std::string open = "<o>";
-    std::string close = "</o>";
-    for (std::size_t level = 2; level + 2 <= depth; level += 2) {
-        open += "<structure typeName=\"S\"><field name=\"f\">";
-        close = "</field></structure>" + close;
+std::string Repeat(std::size_t count, std::string_view text) {
+    std::string repeated;
+    for (std::size_t i = 0; i < count; ++i) {
+        repeated += text;
     }
-    return open + (depth % 2 == 0 ? "<int>7</int>" : "<structure typeName=\"S\"/>") + close;
+    return repeated;
+}
+
+/// An output whose value is an integer inside that many structures.
+std::string NestedStructures(std::size_t count) {
+    std::string text = "<o>";
+    text += Repeat(count, "<structure typeName=\"S\"><field name=\"f\">");
+    text += "<int>7</int>";
+    text += Repeat(count, "</field></structure>");
+    return text + "</o>";
 }
 
 TEST(XmlUtilParseXmlOutput, NestingIsReadUpToTheParsersLimit) {
-    std::string structures;
-    std::string ends;
-    for (int i = 0; i < 127; ++i) {
-        structures += "{'f' => '";
-        ends += "', }";
-    }
-    EXPECT_EQ("Struct " + structures + "7" + ends, Read(Nested(256)));
-    EXPECT_EQ("none", Read(Nested(1000)));
-    EXPECT_EQ("none", Read(Nested(100000)));
-    const auto elements = [](std::size_t count) {
-        std::string text;
-        for (std::size_t i = 0; i < count; ++i) {
-            text += "<a>";
-        }
-        for (std::size_t i = 0; i < count; ++i) {
-            text += "</a>";
-        }
-        return text;
-    };
+    EXPECT_EQ("Struct " + Repeat(127, "{'f' => '") + "7" + Repeat(127, "', }"),
+              Read(NestedStructures(127)));  // 256 elements deep
+    EXPECT_EQ("none", Read(NestedStructures(500)));
+    EXPECT_EQ("none", Read(NestedStructures(50000)));
+}
+
+TEST(XmlUtilParseXmlOutput, NestingOfUnknownElementsIsRefusedOrUnparseable) {
     const std::string refusal = kRefusal + "Unable to make a MetaObject from a node with tag 'a'";
-    EXPECT_EQ(refusal, Read(elements(255)));
-    EXPECT_EQ(refusal, Read(elements(256)));
-    EXPECT_EQ("none", Read(elements(1000)));
+    EXPECT_EQ(refusal, Read(Repeat(255, "<a>") + Repeat(255, "</a>")));
+    EXPECT_EQ(refusal, Read(Repeat(256, "<a>") + Repeat(256, "</a>")));
+    EXPECT_EQ("none", Read(Repeat(1000, "<a>") + Repeat(1000, "</a>")));
 }
 
 TEST(XmlUtilParseXmlOutput, LongTextsAreReadWhole) {
+    // NOLINTNEXTLINE(bugprone-string-constructor): the size is the point
     const std::string megabytes(10'000'000, 'x');
     const auto value = XmlUtil_ParseXmlOutput("<o><string>" + megabytes + "</string></o>");
     ASSERT_NE(nullptr, value);
