@@ -1,3 +1,5 @@
 #include <corvel/corvel.h>
 
-int main() { return 1; }
+int main() {
+    return 1;
+}

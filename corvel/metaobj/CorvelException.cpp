@@ -6,6 +6,8 @@ CorvelException::CorvelException(const std::string& message) : _message(message)
 
 CorvelException::~CorvelException() = default;
 
-const char* CorvelException::what() const noexcept { return _message.c_str(); }
+const char* CorvelException::what() const noexcept {
+    return _message.c_str();
+}
 
 }  // namespace Corvel
