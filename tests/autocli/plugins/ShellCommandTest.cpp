@@ -131,7 +131,7 @@ TEST_F(ShellCommand, ChildStartsWithDefaultSigpipeAndEmptyMask) {
     sigfillset(&blocked);
     pthread_sigmask(SIG_BLOCK, &blocked, &saved);
     signal(SIGPIPE, SIG_IGN);
-    const std::string signals = OutputOf("grep -E '^Sig(Blk|Ign):' /proc/$$/status; :");
+    const std::string signals = OutputOf("exec grep -E '^Sig(Blk|Ign):' /proc/self/status");
     signal(SIGPIPE, SIG_DFL);
     pthread_sigmask(SIG_SETMASK, &saved, nullptr);
 
