@@ -1,20 +1,23 @@
 #include "corvel/callspec/Input.h"
 
+#include <utility>
+
 #include "corvel/callspec/InputSpec.h"
 #include "corvel/callspec/ValueText.h"
 #include "corvel/metaobj/CorvelException.h"
+#include "corvel/metaobj/NullText.h"
 
 namespace Corvel::CallSpec {
 
 namespace {
 
 const std::string& EmptyText() {
-    static const std::string empty;
-    return empty;
+    static const std::string sEmpty;
+    return sEmpty;
 }
 
-std::string OrEmpty(const char* text) {
-    return text == nullptr ? std::string() : text;
+std::string Text(const char* text) {
+    return MetaObj::TextOrEmpty(text);
 }
 
 }  // namespace
@@ -27,20 +30,36 @@ Input::Input() = default;
 
 Input::~Input() = default;
 
-void Input::AddParameter(const std::string& name, const std::string& value) {
-    _values[name].push_back(value);
+void Input::AddParameter(const std::string& name, std::string value) {
+    _values[name].push_back(std::move(value));
+}
+
+void Input::AddParameter(const std::string& name, const char* value) {
+    AddParameter(name, Text(value));
+}
+
+void Input::AddParameter(const char* name, std::string value) {
+    AddParameter(Text(name), std::move(value));
 }
 
 void Input::AddParameter(const char* name, const char* value) {
-    AddParameter(OrEmpty(name), OrEmpty(value));
+    AddParameter(Text(name), Text(value));
 }
 
-void Input::SetContext(const std::string& name, const std::string& value) {
-    _context[name] = value;
+void Input::SetContext(const std::string& name, std::string value) {
+    _context[name] = std::move(value);
+}
+
+void Input::SetContext(const std::string& name, const char* value) {
+    SetContext(name, Text(value));
+}
+
+void Input::SetContext(const char* name, std::string value) {
+    SetContext(Text(name), std::move(value));
 }
 
 void Input::SetContext(const char* name, const char* value) {
-    SetContext(OrEmpty(name), OrEmpty(value));
+    SetContext(Text(name), Text(value));
 }
 
 const std::string& Input::GetContext(const std::string& name) const {
@@ -49,12 +68,12 @@ const std::string& Input::GetContext(const std::string& name) const {
 }
 
 const std::string& Input::GetContext(const char* name) const {
-    return GetContext(OrEmpty(name));
+    return GetContext(Text(name));
 }
 
 void Input::SetInputSpec(const std::shared_ptr<InputSpec>& inputSpec) {
     _inputSpec = inputSpec;
-    if (!inputSpec) {
+    if (inputSpec == nullptr) {
         return;
     }
     for (const auto& parameter : inputSpec->GetParameters()) {
@@ -80,7 +99,7 @@ bool Input::HasParameter(const std::string& name) const {
 }
 
 bool Input::HasParameter(const char* name) const {
-    return HasParameter(OrEmpty(name));
+    return HasParameter(Text(name));
 }
 
 bool Input::IsFlagSet(const std::string& name) const {
@@ -92,18 +111,16 @@ bool Input::IsFlagSet(const char* name) const {
 }
 
 ParameterType Input::GetParameterType(const std::string& name) const {
-    if (_inputSpec) {
-        for (const auto& parameter : _inputSpec->GetParameters()) {
-            if (parameter->GetName() == name) {
-                return parameter->GetType();
-            }
-        }
+    const std::shared_ptr<ParameterSpec> parameter =
+        _inputSpec == nullptr ? nullptr : _inputSpec->FindParameter(name);
+    if (parameter == nullptr) {
+        throw CorvelException("Request for unknown parameter: " + name);
     }
-    throw CorvelException("Request for unknown parameter: " + name);
+    return parameter->GetType();
 }
 
 ParameterType Input::GetParameterType(const char* name) const {
-    return GetParameterType(OrEmpty(name));
+    return GetParameterType(Text(name));
 }
 
 const std::string& Input::GetParameter(const std::string& name) const {
@@ -118,13 +135,12 @@ const std::string& Input::GetParameter(const std::string& name) const {
         default:
             break;
     }
-    const auto found = _values.find(name);
-    return found != _values.end() && found->second.size() == 1 ? found->second.front()
-                                                               : EmptyText();
+    const std::list<std::string>& values = Values(name);
+    return values.size() == 1 ? values.front() : EmptyText();
 }
 
 const std::string& Input::GetParameter(const char* name) const {
-    return GetParameter(OrEmpty(name));
+    return GetParameter(Text(name));
 }
 
 long Input::GetParameterInt(const std::string& name) const {
@@ -135,7 +151,7 @@ long Input::GetParameterInt(const std::string& name) const {
 }
 
 long Input::GetParameterInt(const char* name) const {
-    return GetParameterInt(OrEmpty(name));
+    return GetParameterInt(Text(name));
 }
 
 bool Input::GetParameterBool(const std::string& name) const {
@@ -143,26 +159,20 @@ bool Input::GetParameterBool(const std::string& name) const {
 }
 
 bool Input::GetParameterBool(const char* name) const {
-    return GetParameterBool(OrEmpty(name));
+    return GetParameterBool(Text(name));
 }
 
 void Input::GetParameterList(const std::string& name, std::list<std::string>& values) const {
-    const auto found = _values.find(name);
-    if (found != _values.end()) {
-        values.insert(values.end(), found->second.begin(), found->second.end());
-    }
+    const std::list<std::string>& given = Values(name);
+    values.insert(values.end(), given.begin(), given.end());
 }
 
 void Input::GetParameterList(const char* name, std::list<std::string>& values) const {
-    GetParameterList(OrEmpty(name), values);
+    GetParameterList(Text(name), values);
 }
 
 void Input::GetParameterIntList(const std::string& name, std::list<long>& values) const {
-    const auto found = _values.find(name);
-    if (found == _values.end()) {
-        return;
-    }
-    for (const std::string& text : found->second) {
+    for (const std::string& text : Values(name)) {
         long value = 0;
         if (ReadInteger(text, value)) {
             values.push_back(value);
@@ -171,44 +181,41 @@ void Input::GetParameterIntList(const std::string& name, std::list<long>& values
 }
 
 void Input::GetParameterIntList(const char* name, std::list<long>& values) const {
-    GetParameterIntList(OrEmpty(name), values);
+    GetParameterIntList(Text(name), values);
 }
 
 void Input::GetParameterBoolList(const std::string& name, std::list<bool>& values) const {
-    const auto found = _values.find(name);
-    if (found == _values.end()) {
-        return;
-    }
-    for (const std::string& text : found->second) {
+    for (const std::string& text : Values(name)) {
         values.push_back(IsTrueWord(text));
     }
 }
 
 void Input::GetParameterBoolList(const char* name, std::list<bool>& values) const {
-    GetParameterBoolList(OrEmpty(name), values);
+    GetParameterBoolList(Text(name), values);
 }
 
 std::string Input::GetParameterListAsString(const std::string& name,
                                             char separator,
                                             bool quote) const {
-    std::string text(quote ? 1 : 0, '"');
-    const auto found = _values.find(name);
-    if (found != _values.end()) {
-        bool first = true;
-        for (const std::string& value : found->second) {
-            if (!first) {
-                text += separator;
-            }
-            first = false;
-            text += value;
+    std::string text;
+    const std::list<std::string>& values = Values(name);
+    for (auto value = values.begin(); value != values.end(); ++value) {
+        if (value != values.begin()) {
+            text += separator;
         }
+        text += *value;
     }
-    text.append(quote ? 1 : 0, '"');
-    return text;
+    return quote ? '"' + text + '"' : text;
 }
 
 std::string Input::GetParameterListAsString(const char* name, char separator, bool quote) const {
-    return GetParameterListAsString(OrEmpty(name), separator, quote);
+    return GetParameterListAsString(Text(name), separator, quote);
+}
+
+const std::list<std::string>& Input::Values(const std::string& name) const {
+    static const std::list<std::string> sNoValues;
+    const auto found = _values.find(name);
+    return found == _values.end() ? sNoValues : found->second;
 }
 
 }  // namespace Corvel::CallSpec

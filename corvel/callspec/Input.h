@@ -17,33 +17,44 @@ class InputSpec;
 /// Ownership: shares the declaration of the command's input, once it is set.
 /// Failures:  asking for a parameter that is not declared, or in a way that does not fit its kind,
 ///            throws CorvelException; what a user gave never does.
+/// Lifetime:  a text returned by reference lives until the input changes.
+/// Texts:     null, as a C string, counts as empty text.
 class CORVEL_EXPORT Input {
 public:
+    /// An input without parameters, contexts and declaration.
     static std::shared_ptr<Input> New();
 
+    /// For derived classes, which like every input are made straight into a shared reference.
     Input();
     Input(const Input&) = delete;
     Input& operator=(const Input&) = delete;
     virtual ~Input();
 
     /// Appends one value; nothing is checked.
-    void AddParameter(const std::string& name, const std::string& value);
+    void AddParameter(const std::string& name, std::string value);
+    void AddParameter(const std::string& name, const char* value);
+    void AddParameter(const char* name, std::string value);
     void AddParameter(const char* name, const char* value);
 
-    void SetContext(const std::string& name, const std::string& value);
+    void SetContext(const std::string& name, std::string value);
+    void SetContext(const std::string& name, const char* value);
+    void SetContext(const char* name, std::string value);
     void SetContext(const char* name, const char* value);
     /// @return empty text when the context is not set.
     const std::string& GetContext(const std::string& name) const;
     const std::string& GetContext(const char* name) const;
 
-    /// Keeps the declaration, and moves the values that stand under a short name to the long one.
+    /// Keeps the declaration, and moves the values that stand under a short name behind those of the
+    /// long one. An empty reference takes the declaration away.
     void SetInputSpec(const std::shared_ptr<InputSpec>& inputSpec);
     /// @return an empty reference as long as none is set.
     const std::shared_ptr<InputSpec>& GetInputSpec() const;
 
     const std::map<std::string, std::list<std::string>>& GetParameters() const;
+    /// Was the parameter given, with whatever value?
     bool HasParameter(const std::string& name) const;
     bool HasParameter(const char* name) const;
+    /// The same, as one asks for a flag.
     bool IsFlagSet(const std::string& name) const;
     bool IsFlagSet(const char* name) const;
 
@@ -84,6 +95,8 @@ public:
                                          bool quote = false) const;
 
 private:
+    const std::list<std::string>& Values(const std::string& name) const;
+
     std::map<std::string, std::list<std::string>> _values;
     std::map<std::string, std::string> _context;
     std::shared_ptr<InputSpec> _inputSpec;

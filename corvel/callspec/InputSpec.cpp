@@ -6,14 +6,14 @@
 #include "corvel/callspec/Output.h"
 #include "corvel/callspec/ParameterSpec.h"
 #include "corvel/metaobj/CorvelException.h"
+#include "corvel/metaobj/NullText.h"
 
 namespace Corvel::CallSpec {
 
 namespace {
 
-bool ComesBefore(const std::shared_ptr<ParameterSpec>& left,
-                 const std::shared_ptr<ParameterSpec>& right) {
-    return left->GetName() < right->GetName();
+bool IsBefore(const std::shared_ptr<ParameterSpec>& parameter, const std::string& name) {
+    return parameter->GetName() < name;
 }
 
 }  // namespace
@@ -27,21 +27,25 @@ InputSpec::InputSpec() = default;
 InputSpec::~InputSpec() = default;
 
 void InputSpec::AddParameter(const std::shared_ptr<ParameterSpec>& parameter) {
-    Check(*parameter);
+    RequireNew(parameter.get());
     const auto sortedEnd = _parameters.begin() + static_cast<std::ptrdiff_t>(_sortedCount);
-    _parameters.insert(std::upper_bound(_parameters.begin(), sortedEnd, parameter, ComesBefore),
-                       parameter);
+    _parameters.insert(
+        std::lower_bound(_parameters.begin(), sortedEnd, parameter->GetName(), IsBefore),
+        parameter);
     ++_sortedCount;
 }
 
 void InputSpec::AddLastParameter(const std::shared_ptr<ParameterSpec>& parameter) {
-    Check(*parameter);
+    RequireNew(parameter.get());
     _parameters.push_back(parameter);
 }
 
-void InputSpec::Check(const ParameterSpec& parameter) const {
-    const std::string& name = parameter.GetName();
-    const std::string& shortName = parameter.GetShortName();
+void InputSpec::RequireNew(const ParameterSpec* parameter) const {
+    if (parameter == nullptr) {
+        throw CorvelException("Null parameter passed to InputSpec");
+    }
+    const std::string& name = parameter->GetName();
+    const std::string& shortName = parameter->GetShortName();
     if (name.size() < 2) {
         throw CorvelException("Parameter name must be at least 2 characters");
     }
@@ -62,12 +66,23 @@ const std::vector<std::shared_ptr<ParameterSpec>>& InputSpec::GetParameters() co
     return _parameters;
 }
 
+std::shared_ptr<ParameterSpec> InputSpec::FindParameter(const std::string& name) const {
+    const auto hasName = [&name](const auto& parameter) { return parameter->GetName() == name; };
+    const auto sortedEnd = _parameters.begin() + static_cast<std::ptrdiff_t>(_sortedCount);
+    const auto place = std::lower_bound(_parameters.begin(), sortedEnd, name, IsBefore);
+    if (place != sortedEnd && hasName(*place)) {
+        return *place;
+    }
+    const auto last = std::find_if(sortedEnd, _parameters.end(), hasName);
+    return last == _parameters.end() ? nullptr : *last;
+}
+
 void InputSpec::SetContextSupported(const std::string& name) {
     _contexts.insert(name);
 }
 
 void InputSpec::SetContextSupported(const char* name) {
-    _contexts.insert(name == nullptr ? "" : name);
+    _contexts.insert(MetaObj::TextOrEmpty(name));
 }
 
 bool InputSpec::IsContextSupported(const std::string& name) const {
@@ -75,7 +90,7 @@ bool InputSpec::IsContextSupported(const std::string& name) const {
 }
 
 bool InputSpec::IsContextSupported(const char* name) const {
-    return IsContextSupported(std::string(name == nullptr ? "" : name));
+    return IsContextSupported(std::string(MetaObj::TextOrEmpty(name)));
 }
 
 const std::set<std::string>& InputSpec::GetContexts() const {
@@ -89,15 +104,12 @@ bool InputSpec::Validate(const std::shared_ptr<Input>& input,
     }
     bool valid = true;
     for (const auto& [name, values] : input->GetParameters()) {
-        const auto found =
-            std::find_if(_parameters.begin(), _parameters.end(), [&name = name](const auto& p) {
-                return p->GetName() == name;
-            });
-        if (found == _parameters.end()) {
+        const std::shared_ptr<ParameterSpec> parameter = FindParameter(name);
+        if (parameter == nullptr) {
             output->AddErrorMessage("Unknown parameter : " + name);
             valid = false;
         } else {
-            valid = (*found)->Validate(values, output) && valid;
+            valid = parameter->Validate(values, output) && valid;
         }
     }
     for (const auto& parameter : _parameters) {

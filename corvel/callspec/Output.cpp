@@ -7,6 +7,7 @@
 #include "corvel/metaobj/MetaList.h"
 #include "corvel/metaobj/MetaString.h"
 #include "corvel/metaobj/MetaStruct.h"
+#include "corvel/metaobj/NullText.h"
 
 namespace Corvel::CallSpec {
 
@@ -18,32 +19,28 @@ Output::Output() = default;
 
 Output::~Output() = default;
 
-void Output::SetRootObject(std::shared_ptr<MetaObj::MetaObject>&& rootObject) {
+void Output::SetRootObject(std::shared_ptr<MetaObj::MetaObject> rootObject) {
     _rootObject = std::move(rootObject);
 }
 
-void Output::SetRootObject(const std::shared_ptr<MetaObj::MetaObject>& rootObject) {
-    SetRootObject(std::shared_ptr<MetaObj::MetaObject>(rootObject));
+void Output::SetRootObject(std::shared_ptr<MetaObj::MetaBool> rootObject) {
+    SetRootObject(std::shared_ptr<MetaObj::MetaObject>(std::move(rootObject)));
 }
 
-void Output::SetRootObject(const std::shared_ptr<MetaObj::MetaBool>& rootObject) {
-    SetRootObject(std::shared_ptr<MetaObj::MetaObject>(rootObject));
+void Output::SetRootObject(std::shared_ptr<MetaObj::MetaInt> rootObject) {
+    SetRootObject(std::shared_ptr<MetaObj::MetaObject>(std::move(rootObject)));
 }
 
-void Output::SetRootObject(const std::shared_ptr<MetaObj::MetaInt>& rootObject) {
-    SetRootObject(std::shared_ptr<MetaObj::MetaObject>(rootObject));
+void Output::SetRootObject(std::shared_ptr<MetaObj::MetaString> rootObject) {
+    SetRootObject(std::shared_ptr<MetaObj::MetaObject>(std::move(rootObject)));
 }
 
-void Output::SetRootObject(const std::shared_ptr<MetaObj::MetaString>& rootObject) {
-    SetRootObject(std::shared_ptr<MetaObj::MetaObject>(rootObject));
+void Output::SetRootObject(std::shared_ptr<MetaObj::MetaList> rootObject) {
+    SetRootObject(std::shared_ptr<MetaObj::MetaObject>(std::move(rootObject)));
 }
 
-void Output::SetRootObject(const std::shared_ptr<MetaObj::MetaList>& rootObject) {
-    SetRootObject(std::shared_ptr<MetaObj::MetaObject>(rootObject));
-}
-
-void Output::SetRootObject(const std::shared_ptr<MetaObj::MetaStruct>& rootObject) {
-    SetRootObject(std::shared_ptr<MetaObj::MetaObject>(rootObject));
+void Output::SetRootObject(std::shared_ptr<MetaObj::MetaStruct> rootObject) {
+    SetRootObject(std::shared_ptr<MetaObj::MetaObject>(std::move(rootObject)));
 }
 
 void Output::SetRootObject(std::nullptr_t /*rootObject*/) {
@@ -63,7 +60,7 @@ void Output::AddErrorMessage(const std::string& message) {
 }
 
 void Output::AddErrorMessage(const char* message) {
-    _errors.emplace_back(message == nullptr ? "" : message);
+    _errors.emplace_back(MetaObj::TextOrEmpty(message));
 }
 
 bool Output::HasError() const {

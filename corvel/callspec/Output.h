@@ -32,24 +32,27 @@ public:
         Help = 2,      ///< the help of a command
     };
 
+    /// An output without messages and value, of the type Normal.
     static std::shared_ptr<Output> New();
 
+    /// For derived classes, which like every output are made straight into a shared reference.
     Output();
     Output(const Output&) = delete;
     Output& operator=(const Output&) = delete;
     virtual ~Output();
 
-    /// An empty reference is allowed: there is no value then.
-    void SetRootObject(const std::shared_ptr<MetaObj::MetaObject>& rootObject);
-    void SetRootObject(std::shared_ptr<MetaObj::MetaObject>&& rootObject);
-    void SetRootObject(const std::shared_ptr<MetaObj::MetaBool>& rootObject);
-    void SetRootObject(const std::shared_ptr<MetaObj::MetaInt>& rootObject);
-    void SetRootObject(const std::shared_ptr<MetaObj::MetaString>& rootObject);
-    void SetRootObject(const std::shared_ptr<MetaObj::MetaList>& rootObject);
-    void SetRootObject(const std::shared_ptr<MetaObj::MetaStruct>& rootObject);
+    /// An empty reference, or nullptr, is allowed: there is no value then.
+    void SetRootObject(std::shared_ptr<MetaObj::MetaObject> rootObject);
+    void SetRootObject(std::shared_ptr<MetaObj::MetaBool> rootObject);
+    void SetRootObject(std::shared_ptr<MetaObj::MetaInt> rootObject);
+    void SetRootObject(std::shared_ptr<MetaObj::MetaString> rootObject);
+    void SetRootObject(std::shared_ptr<MetaObj::MetaList> rootObject);
+    void SetRootObject(std::shared_ptr<MetaObj::MetaStruct> rootObject);
     void SetRootObject(std::nullptr_t rootObject);
+    /// @return an empty reference when there is none.
     std::shared_ptr<MetaObj::MetaObject> GetRootObject() const;
 
+    /// Null counts as empty text, which is a message too.
     void AddErrorMessage(const std::string& message);
     void AddErrorMessage(const char* message);
     void AddErrorMessage(std::string&& message);

@@ -9,14 +9,22 @@
 #include "corvel/metaobj/MetaList.h"
 #include "corvel/metaobj/MetaString.h"
 #include "corvel/metaobj/MetaStruct.h"
+#include "corvel/metaobj/NullText.h"
 
 namespace Corvel::CallSpec {
 
 namespace {
 
+// Made on first use, because other libraries may ask before our initialisers have run.
 const std::string& MissingDocumentation() {
-    static const std::string text = "Documentation missing";
-    return text;
+    static const std::string sMissing = "Documentation missing";
+    return sMissing;
+}
+
+void Report(const char* reason, std::list<std::string>* errors) {
+    if (errors != nullptr) {
+        errors->emplace_back(reason);
+    }
 }
 
 }  // namespace
@@ -31,35 +39,31 @@ OutputSpec::OutputSpec() = default;
 
 OutputSpec::~OutputSpec() = default;
 
-void OutputSpec::SetRootObject(std::shared_ptr<MetaObj::MetaObject>&& rootObject) {
+void OutputSpec::SetRootObject(std::shared_ptr<MetaObj::MetaObject> rootObject) {
     if (!rootObject) {
         throw CorvelException("Root object cannot be set to null");
     }
     _rootObject = std::move(rootObject);
 }
 
-void OutputSpec::SetRootObject(const std::shared_ptr<MetaObj::MetaObject>& rootObject) {
-    SetRootObject(std::shared_ptr<MetaObj::MetaObject>(rootObject));
+void OutputSpec::SetRootObject(std::shared_ptr<MetaObj::MetaBool> rootObject) {
+    SetRootObject(std::shared_ptr<MetaObj::MetaObject>(std::move(rootObject)));
 }
 
-void OutputSpec::SetRootObject(const std::shared_ptr<MetaObj::MetaBool>& rootObject) {
-    SetRootObject(std::shared_ptr<MetaObj::MetaObject>(rootObject));
+void OutputSpec::SetRootObject(std::shared_ptr<MetaObj::MetaInt> rootObject) {
+    SetRootObject(std::shared_ptr<MetaObj::MetaObject>(std::move(rootObject)));
 }
 
-void OutputSpec::SetRootObject(const std::shared_ptr<MetaObj::MetaInt>& rootObject) {
-    SetRootObject(std::shared_ptr<MetaObj::MetaObject>(rootObject));
+void OutputSpec::SetRootObject(std::shared_ptr<MetaObj::MetaString> rootObject) {
+    SetRootObject(std::shared_ptr<MetaObj::MetaObject>(std::move(rootObject)));
 }
 
-void OutputSpec::SetRootObject(const std::shared_ptr<MetaObj::MetaString>& rootObject) {
-    SetRootObject(std::shared_ptr<MetaObj::MetaObject>(rootObject));
+void OutputSpec::SetRootObject(std::shared_ptr<MetaObj::MetaList> rootObject) {
+    SetRootObject(std::shared_ptr<MetaObj::MetaObject>(std::move(rootObject)));
 }
 
-void OutputSpec::SetRootObject(const std::shared_ptr<MetaObj::MetaList>& rootObject) {
-    SetRootObject(std::shared_ptr<MetaObj::MetaObject>(rootObject));
-}
-
-void OutputSpec::SetRootObject(const std::shared_ptr<MetaObj::MetaStruct>& rootObject) {
-    SetRootObject(std::shared_ptr<MetaObj::MetaObject>(rootObject));
+void OutputSpec::SetRootObject(std::shared_ptr<MetaObj::MetaStruct> rootObject) {
+    SetRootObject(std::shared_ptr<MetaObj::MetaObject>(std::move(rootObject)));
 }
 
 void OutputSpec::SetRootObject(std::nullptr_t /*rootObject*/) {
@@ -75,7 +79,7 @@ void OutputSpec::SetDescription(const std::string& description) {
 }
 
 void OutputSpec::SetDescription(const char* description) {
-    _description = description == nullptr ? "" : description;
+    _description = MetaObj::TextOrEmpty(description);
 }
 
 void OutputSpec::SetDescription(std::string&& description) {
@@ -89,17 +93,15 @@ const std::string& OutputSpec::GetDescription() const {
 bool OutputSpec::Validate(const std::shared_ptr<Output>& output,
                           std::list<std::string>* errors) const {
     if (!_rootObject) {
-        errors->emplace_back(
+        Report(
             "No root object set for output spec. Root object for output spec must be set for "
-            "proper validation of output.");
+            "proper validation of output.",
+            errors);
         return false;
     }
     const std::shared_ptr<MetaObj::MetaObject> result = output->GetRootObject();
     if (!result) {
-        if (errors != nullptr) {
-            errors->emplace_back(
-                "No root object set for output. The command did not provide proper output.");
-        }
+        Report("No root object set for output. The command did not provide proper output.", errors);
         return false;
     }
     return _rootObject->IsSameStructure(result, errors);

@@ -9,14 +9,18 @@
 #include "corvel/callspec/Output.h"
 #include "corvel/callspec/ValueText.h"
 #include "corvel/metaobj/CorvelException.h"
+#include "corvel/metaobj/NullText.h"
 
 namespace Corvel::CallSpec {
+
+using MetaObj::TextOrEmpty;
 
 namespace {
 
 const std::string& TextOf(const std::string& value) {
     return value;
 }
+
 std::string TextOf(long value) {
     return std::to_string(value);
 }
@@ -36,10 +40,6 @@ std::string SetText(const std::vector<T>& values) {
 template <typename T>
 bool Contains(const std::vector<T>& values, const T& value) {
     return std::find(values.begin(), values.end(), value) != values.end();
-}
-
-const char* OrEmpty(const char* text) {
-    return text == nullptr ? "" : text;
 }
 
 }  // namespace
@@ -98,12 +98,20 @@ void ParameterConstraint::AddStringEnum(std::string value, std::string descripti
     _stringValues.push_back(std::move(value));
 }
 
+void ParameterConstraint::AddStringEnum(std::string value, const char* description) {
+    AddStringEnum(std::move(value), std::string(TextOrEmpty(description)));
+}
+
+void ParameterConstraint::AddStringEnum(const char* value, std::string description) {
+    AddStringEnum(std::string(TextOrEmpty(value)), std::move(description));
+}
+
 void ParameterConstraint::AddStringEnum(const char* value, const char* description) {
-    AddStringEnum(std::string(OrEmpty(value)), std::string(OrEmpty(description)));
+    AddStringEnum(std::string(TextOrEmpty(value)), std::string(TextOrEmpty(description)));
 }
 
 void ParameterConstraint::AddStringEnum(const char* value) {
-    AddStringEnum(value, "");
+    AddStringEnum(std::string(TextOrEmpty(value)), std::string());
 }
 
 const std::vector<std::string>& ParameterConstraint::GetStringEnum() const {
@@ -124,7 +132,7 @@ void ParameterConstraint::SetStringRegex(const std::string& pattern) {
 }
 
 void ParameterConstraint::SetStringRegex(const char* pattern) {
-    SetStringRegex(std::string(OrEmpty(pattern)));
+    SetStringRegex(std::string(TextOrEmpty(pattern)));
 }
 
 const std::string& ParameterConstraint::GetStringRegex() const {
@@ -204,14 +212,14 @@ bool ParameterConstraint::ValidateString(const std::string& value,
 bool ParameterConstraint::ValidateRegex(const std::string& value,
                                         const std::string& name,
                                         Output& output) const {
-    if (!_compiled) {
+    if (_compiled == nullptr) {
         _compiled = std::make_unique<CompiledPattern>(_pattern);
     }
     bool matches = false;
     try {
         matches = boost::regex_match(value, _compiled->expression);
     } catch (const std::runtime_error&) {
-        // The matcher gives up where a pattern needs too many steps: then it did not match.
+        // The matcher has given up, because of too many steps or too much memory.
     }
     if (!matches) {
         output.AddErrorMessage("Invalid data constraint for parameter '" + name +

@@ -27,9 +27,12 @@ enum class ParameterConstraintType : std::uint32_t {
 ///
 /// Failures:  declaration errors throw CorvelException and leave the constraint unchanged; values
 ///            that are not accepted are told to the Output of the call.
+/// Threads:   one at a time, in Validate() too, which keeps the compiled pattern.
+/// Texts:     null, as a C string, counts as empty text.
 class CORVEL_EXPORT ParameterConstraint final {
 public:
-    /// An empty constraint.
+    /// A constraint that accepts nothing yet but what None, the range from 0 to 0, no values and the
+    /// empty pattern accept.
     static std::shared_ptr<ParameterConstraint> New(ParameterConstraintType type);
 
     ParameterConstraint(const ParameterConstraint&) = delete;
@@ -50,7 +53,9 @@ public:
 
     /// @param description  empty: the value has none.
     /// Raises "Duplicate Value found in ParameterConstraint::AddStringEnum: " + value.
-    void AddStringEnum(std::string value, std::string description);
+    void AddStringEnum(std::string value, std::string description = {});
+    void AddStringEnum(std::string value, const char* description);
+    void AddStringEnum(const char* value, std::string description);
     void AddStringEnum(const char* value, const char* description);
     void AddStringEnum(const char* value);
     /// @return the texts in the order added.
@@ -77,8 +82,10 @@ public:
     ///   the same + " got '" + value + "'"  (texts only)
     ///   "Invalid data constraint for parameter '" + name
     ///       + "'. Value does not match the expected regular expression (" + pattern + ")"
-    /// to the output. A pattern that is no regular expression raises the error of the regular
-    /// expression library, at every call.
+    /// to the output (nothing for a type out of range, which accepts no value). A pattern that is no
+    /// regular expression raises boost::regex_error, at every call; one that takes too many steps on
+    /// this value does not match it.
+    /// @param output  never empty.
     bool Validate(const std::string& value,
                   const std::string& parameterName,
                   const std::shared_ptr<Output>& output) const;
@@ -99,7 +106,7 @@ private:
     std::vector<std::string> _stringValues;
     std::map<std::string, std::string> _stringDescriptions;
     std::string _pattern;
-    mutable std::unique_ptr<CompiledPattern> _compiled;  // made when the first value is checked
+    mutable std::unique_ptr<CompiledPattern> _compiled;  // of _pattern; made when first needed
 };
 
 }  // namespace Corvel::CallSpec

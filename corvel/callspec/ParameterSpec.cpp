@@ -10,15 +10,18 @@
 #include "corvel/callspec/ParameterConstraint.h"
 #include "corvel/callspec/ValueText.h"
 #include "corvel/metaobj/CorvelException.h"
+#include "corvel/metaobj/NullText.h"
 
 namespace Corvel::CallSpec {
+
+using MetaObj::TextOrEmpty;
 
 namespace {
 
 constexpr std::array<std::string_view, 7> kFalseWords =
     {"0", "no", "n", "false", "False", "f", "F"};
 
-constexpr std::uint32_t kListBit = 4;
+constexpr std::uint32_t kListBit = 4;  // what tells a list kind from its single kind
 
 ParameterType SingleKind(ParameterType type) {
     return static_cast<ParameterType>(static_cast<std::uint32_t>(type) & ~kListBit);
@@ -79,7 +82,7 @@ std::shared_ptr<ParameterSpec> ParameterSpec::New(const std::string& name, Param
 }
 
 std::shared_ptr<ParameterSpec> ParameterSpec::New(const char* name, ParameterType type) {
-    return New(std::string(name == nullptr ? "" : name), type);
+    return New(std::string(TextOrEmpty(name)), type);
 }
 
 ParameterSpec::ParameterSpec(std::string&& name, ParameterType type)
@@ -113,7 +116,7 @@ void ParameterSpec::SetShortName(const std::string& shortName) {
 }
 
 void ParameterSpec::SetShortName(const char* shortName) {
-    SetShortName(std::string(shortName == nullptr ? "" : shortName));
+    SetShortName(std::string(TextOrEmpty(shortName)));
 }
 
 const std::string& ParameterSpec::GetShortName() const {
@@ -129,15 +132,16 @@ void ParameterSpec::SetDescription(const std::string& description) {
 }
 
 void ParameterSpec::SetDescription(const char* description) {
-    _description = description == nullptr ? "" : description;
+    _description = TextOrEmpty(description);
 }
 
 std::string ParameterSpec::GetDescription(bool expand) const {
     std::string text = _description;
-    if (!expand || !_constraint) {
+    if (!expand || _constraint == nullptr) {
         return text;
     }
     const std::string words = _constraint->ToString();
+    // One after the other: the text that replaced one placeholder may hold the next.
     ReplaceFirst(text, "%REGEX%", words);
     ReplaceFirst(text, "%ENUM%", words);
     ReplaceFirst(text, "%FULLENUM%", DescribedValues(*_constraint));
@@ -164,7 +168,7 @@ bool ParameterSpec::IsSecret() const {
 }
 
 void ParameterSpec::SetConstraint(const std::shared_ptr<ParameterConstraint>& constraint) {
-    if (!constraint) {
+    if (constraint == nullptr) {
         return;
     }
     if (!IsAllowed(constraint->GetType(), _type)) {
@@ -183,6 +187,10 @@ bool ParameterSpec::GetInt(const std::string& text, long& value) {
     return ReadInteger(text, value);
 }
 
+bool ParameterSpec::GetInt(const char* text, long& value) {
+    return GetInt(std::string(TextOrEmpty(text)), value);
+}
+
 bool ParameterSpec::GetBool(const std::string& text, bool& value) {
     if (IsTrueWord(text)) {
         value = true;
@@ -193,6 +201,10 @@ bool ParameterSpec::GetBool(const std::string& text, bool& value) {
         return true;
     }
     return false;
+}
+
+bool ParameterSpec::GetBool(const char* text, bool& value) {
+    return GetBool(std::string(TextOrEmpty(text)), value);
 }
 
 bool ParameterSpec::Validate(const std::list<std::string>& values,
@@ -213,25 +225,24 @@ bool ParameterSpec::Validate(const std::list<std::string>& values,
 
 bool ParameterSpec::ValidateValue(const std::string& value,
                                   const std::shared_ptr<Output>& output) const {
-    const std::string context = "Invalid data '" + value + "' for parameter " + _name;
+    const auto refuse = [&](const char* reason) {
+        output->AddErrorMessage("Invalid data '" + value + "' for parameter " + _name + reason);
+        return false;
+    };
+    const ParameterType kind = SingleKind(_type);
     long number = 0;
     bool truth = false;
-    if (_type == ParameterType::Flag) {
-        if (!value.empty()) {
-            output->AddErrorMessage(context +
-                                    ".  This parameter is a flag and cannot accept any values. ");
-            return false;
-        }
-    } else if (SingleKind(_type) == ParameterType::Int && !GetInt(value, number)) {
-        output->AddErrorMessage(context + " expected type Integer");
-        return false;
-    } else if (SingleKind(_type) == ParameterType::Bool && !GetBool(value, truth)) {
-        output->AddErrorMessage(
-            context +
-            " expected one of [1, 0, y, n, true, false, True, False, yes, no, t, f, T, F]");
-        return false;
+    if (kind == ParameterType::Int && !GetInt(value, number)) {
+        return refuse(" expected type Integer");
     }
-    return !_constraint || _constraint->Validate(value, _name, output);
+    if (kind == ParameterType::Bool && !GetBool(value, truth)) {
+        return refuse(
+            " expected one of [1, 0, y, n, true, false, True, False, yes, no, t, f, T, F]");
+    }
+    if (kind == ParameterType::Flag && !value.empty()) {
+        return refuse(".  This parameter is a flag and cannot accept any values. ");
+    }
+    return _constraint == nullptr || _constraint->Validate(value, _name, output);
 }
 
 }  // namespace Corvel::CallSpec

@@ -18,7 +18,7 @@ enum class ParameterType : std::uint32_t {
     String = 0,
     Int = 1,
     Bool = 2,
-    Flag = 3,
+    Flag = 3,  ///< has no value: it is given or not
     StringList = 4,
     IntList = 5,
     BoolList = 6,
@@ -30,6 +30,7 @@ enum class ParameterType : std::uint32_t {
 /// Failures:  declaration errors throw CorvelException and leave the declaration unchanged; values
 ///            that are not accepted are told to the Output of the call.
 /// Lifetime:  changed while a command is declared, only read once the command is registered.
+/// Texts:     null, as a C string, counts as empty text.
 class CORVEL_EXPORT ParameterSpec final {
 public:
     /// A required parameter without short name, description or constraint. Raises
@@ -50,7 +51,8 @@ public:
     /// True for the three list kinds.
     bool AllowMultiple() const;
 
-    /// Raises "Invalid value for shortName, must be a single character a-z, A-Z or 0-9".
+    /// Raises "Invalid value for shortName, must be a single character a-z, A-Z or 0-9"; so a short
+    /// name, once set, cannot be taken away.
     void SetShortName(const std::string& shortName);
     void SetShortName(const char* shortName);
     /// @return the short name, written -x on the command line; empty when there is none.
@@ -65,25 +67,34 @@ public:
     std::string GetDescription(bool expand) const;
 
     void SetRequired(bool required);
+    template <typename T>
+    void SetRequired(T* pointer) = delete;
     bool IsRequired() const;
 
-    /// Only for the kind String. Raises "Cannot be set for parameter " + name.
+    /// Only for the kind String. Any other raises, even for false,
+    ///   "Cannot be set for parameter " + name
     void SetSecret(bool secret);
+    template <typename T>
+    void SetSecret(T* pointer) = delete;
     /// A secret parameter without a value is prompted for.
     bool IsSecret() const;
 
-    /// Does nothing for an empty reference. Raises
+    /// Does nothing for an empty reference. Texts take StringEnum and StringRegex, integers IntRange
+    /// and IntEnum; anything else raises
     ///   "Invalid constraint specified for parameter " + name + ".  The parameter constraint
     ///    specified is not allowed for a parameter of this type."  (as one line)
     void SetConstraint(const std::shared_ptr<ParameterConstraint>& constraint);
+    /// @return an empty reference when there is none.
     std::shared_ptr<ParameterConstraint> GetConstraint() const;
 
     /// Reads a decimal integer as strtoll does; the whole text must be one. A number out of range
     /// becomes the nearest one in range. `value` is written only on success.
     static bool GetInt(const std::string& text, long& value);
+    static bool GetInt(const char* text, long& value);
     /// Reads 1, yes, y, true, True, t, T or 0, no, n, false, False, f, F. `value` is written only
     /// on success.
     static bool GetBool(const std::string& text, bool& value);
+    static bool GetBool(const char* text, bool& value);
 
     /// Are all values accepted? Adds, for those that are not, and in this order,
     ///   "Missing value for parameter " + name                      (no values; the answer is true)
@@ -95,6 +106,7 @@ public:
     ///   "Invalid data '" + value + "' for parameter " + name
     ///       + ".  This parameter is a flag and cannot accept any values. "
     /// and the messages of the constraint to the output.
+    /// @param output  never empty.
     bool Validate(const std::list<std::string>& values,
                   const std::shared_ptr<Output>& output) const;
 
