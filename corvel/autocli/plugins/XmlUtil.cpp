@@ -47,20 +47,21 @@ bool IsElement(const xmlNode* node, std::string_view name) {
     return node != nullptr && node->type == XML_ELEMENT_NODE && NodeName(node) == name;
 }
 
-/// How many children are elements of that name, two standing for any more; the first goes to
-/// `found`.
-int CountChildren(const xmlNode* node, std::string_view tag, xmlNode*& found) {
-    int count = 0;
+/// @param refusal  makes the message to raise when a second element has that name.
+/// @return the one child element of that name, or null.
+template <typename Refusal>
+xmlNode* OnlyChild(const xmlNode* node, std::string_view tag, const Refusal& refusal) {
+    xmlNode* found = nullptr;
     for (xmlNode* child : ChildElements(node)) {
         if (NodeName(child) != tag) {
             continue;
         }
-        if (++count > 1) {
-            break;
+        if (found != nullptr) {
+            throw CorvelException(refusal());
         }
         found = child;
     }
-    return count;
+    return found;
 }
 
 /// Reads a number as `stream >> number` does in the C locale: leading white space and what follows
@@ -179,20 +180,16 @@ std::shared_ptr<MetaStruct> BuildMetaStruct(xmlNode* node) {
 }
 
 xmlNode* XmlUtil_FindChildNode(xmlNode* node, const std::string& tag) {
-    xmlNode* found = nullptr;
-    if (CountChildren(node, tag, found) > 1) {
-        throw CorvelException("More than one instance of " + tag + " found, expected only one.");
-    }
-    return found;
+    return OnlyChild(node, tag, [&tag] {
+        return "More than one instance of " + tag + " found, expected only one.";
+    });
 }
 
 std::string XmlUtil_GetContentForChildByTag(xmlNode* node, const std::string& tag) {
-    xmlNode* found = nullptr;
-    if (CountChildren(node, tag, found) > 1) {
-        throw CorvelException("Illegal Duplicate tags found.  The tag " + tag +
-                              " was expected only once, but was found multiple times.");
-    }
-    return XmlUtil_GetContent(found);
+    return XmlUtil_GetContent(OnlyChild(node, tag, [&tag] {
+        return "Illegal Duplicate tags found.  The tag " + tag +
+               " was expected only once, but was found multiple times.";
+    }));
 }
 
 std::string XmlUtil_ExtractAttribute(xmlNode* node, const std::string& name) {

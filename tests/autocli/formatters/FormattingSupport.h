@@ -70,7 +70,7 @@ inline std::shared_ptr<MetaObj::MetaStruct> NestedStructures(std::size_t depth) 
 
 /// Runs the work in a thread whose stack is far too small for a recursion thousands of calls deep.
 inline void RunOnSmallStack(const std::function<void()>& work) {
-    constexpr std::size_t kStackSize = 128 * 1024;
+    constexpr std::size_t kStackSize = std::size_t{128} * 1024;
     pthread_attr_t attributes;
     ASSERT_EQ(0, pthread_attr_init(&attributes));
     ASSERT_EQ(0, pthread_attr_setstacksize(&attributes, kStackSize));
