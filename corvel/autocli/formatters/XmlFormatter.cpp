@@ -1,5 +1,7 @@
 #include "corvel/autocli/formatters/XmlFormatter.h"
 
+#include <array>
+#include <cstddef>
 #include <string_view>
 
 #include "corvel/autocli/formatters/EscapeTable.h"
@@ -34,19 +36,9 @@ constexpr EscapeTable kEscapes{
 };
 
 std::string_view TypeWord(MetaType type) {
-    switch (type) {
-        case MetaType::Int:
-            return "integer";
-        case MetaType::Bool:
-            return "boolean";
-        case MetaType::String:
-            return "string";
-        case MetaType::Struct:
-            return "structure";
-        case MetaType::List:
-            return "list";
-    }
-    return {};
+    static constexpr std::array<std::string_view, 5> kWords{
+        "integer", "boolean", "string", "structure", "list"};
+    return kWords.at(static_cast<std::size_t>(type));
 }
 
 class XmlWriter {
