@@ -102,7 +102,8 @@ void MetaList::Reserve(std::size_t count) {
 
 void MetaList::EnsureCapacity(std::size_t count) {
     if (count > _objects.capacity() - _objects.size()) {
-        _objects.reserve(std::max(_objects.size() + count, 2 * _objects.capacity()));
+        // A count so large that the sum wraps around is refused by the vector itself.
+        _objects.reserve(std::max({count, _objects.size() + count, 2 * _objects.capacity()}));
     }
 }
 

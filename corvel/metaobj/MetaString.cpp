@@ -53,12 +53,15 @@ std::shared_ptr<MetaString> MetaString::NewUtf8WithEscapes(std::string&& text) {
     if (text.empty()) {
         return SharedEmpty();
     }
-    if (!Unicode_IsBufferValid(text.c_str(), kUpToNul, kUnicodeEncodingUtf8)) {
-        const std::unique_ptr<char, FreeText> escaped(
-            Unicode_EscapeBuffer(text.c_str(), kUpToNul, kUnicodeEncodingUtf8));
-        text = TextOrEmpty(escaped.get());
+    if (Unicode_IsBufferValid(text.c_str(), kUpToNul, kUnicodeEncodingUtf8)) {
+        return std::make_shared<MetaString>(FactoryFlag{}, std::move(text));
     }
-    return std::make_shared<MetaString>(FactoryFlag{}, std::move(text));
+    const std::unique_ptr<char, FreeText> escaped(
+        Unicode_EscapeBuffer(text.c_str(), kUpToNul, kUnicodeEncodingUtf8));
+    text = TextOrEmpty(escaped.get());
+    // Copied, because the caller finds the escaped form in `text`. No shared object stands for it,
+    // not even when it has become empty.
+    return std::make_shared<MetaString>(FactoryFlag{}, std::string(text));
 }
 
 MetaString::MetaString(FactoryFlag flag, std::string&& text)

@@ -18,7 +18,8 @@ public:
     static std::shared_ptr<MetaString> New(const std::string& text);
     static std::shared_ptr<MetaString> New(std::string&& text);
     /// Consumes a text of doubtful origin. Where it is no well-formed UTF-8 (up to its first NUL),
-    /// `text` is replaced by its escaped form first, each stray byte written as \xHH.
+    /// it is replaced by its escaped form, each stray byte written as \xHH, and the caller finds
+    /// that form in `text`.
     static std::shared_ptr<MetaString> NewUtf8WithEscapes(std::string&& text);
 
     MetaString(FactoryFlag flag, std::string&& text);

@@ -73,6 +73,9 @@ std::optional<bool> StructureComparison::BeginStruct(const MetaStruct& reference
         Report("Invalid NULL input to MetaStruct validation.");
         return true;  // Deliberate: a candidate that is not there passes.
     }
+    if (candidate == &reference) {
+        return true;
+    }
     if (candidate->GetType() != MetaType::Struct) {
         Report("Type Mismatch in MetaStruct Validation: Expected type " +
                MetaTypeString(MetaType::Struct) + " got type " +
@@ -106,7 +109,7 @@ std::optional<bool> StructureComparison::BeginList(const MetaList& reference,
     }
     const std::shared_ptr<MetaStruct> expected = reference.GetListStructure();
     const std::shared_ptr<MetaStruct> found = list->GetListStructure();
-    if (expected == nullptr || found == nullptr) {
+    if (expected == nullptr || found == nullptr || expected == found) {
         return true;
     }
     Open(*expected, *found, true);

@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 
@@ -49,7 +52,7 @@ Tail TailOf(unsigned char lead) {
 
 // How many bytes the well-formed sequence at the beginning of the bytes has; 0 when there is none.
 std::size_t SequenceLength(Bytes bytes) {
-    const unsigned char* at = bytes.begin;
+    const unsigned char* const at = bytes.begin;
     if (*at < 0x80) {
         return 1;
     }
@@ -66,12 +69,40 @@ std::size_t SequenceLength(Bytes bytes) {
     return tail.length + 1;
 }
 
+// Eight ASCII bytes at a time: most text is nothing else.
+const unsigned char* SkipAscii(Bytes bytes) {
+    constexpr std::uint64_t kNotAscii = 0x8080808080808080;
+    std::uint64_t eight = 0;
+    while (bytes.end - bytes.begin >= static_cast<std::ptrdiff_t>(sizeof(eight))) {
+        std::memcpy(&eight, bytes.begin, sizeof(eight));
+        if ((eight & kNotAscii) != 0) {
+            break;
+        }
+        bytes.begin += sizeof(eight);
+    }
+    return bytes.begin;
+}
+
+// The first byte that is not part of a well-formed sequence, or the end.
+const unsigned char* FindStrayByte(Bytes bytes) {
+    for (bytes.begin = SkipAscii(bytes); bytes.begin != bytes.end;) {
+        const std::size_t length = SequenceLength(bytes);
+        if (length == 0) {
+            break;
+        }
+        bytes.begin += length;
+        if (length > 1) {
+            bytes.begin = SkipAscii(bytes);
+        }
+    }
+    return bytes.begin;
+}
+
 std::size_t CountStrayBytes(Bytes bytes) {
     std::size_t count = 0;
-    while (bytes.begin != bytes.end) {
-        const std::size_t length = SequenceLength(bytes);
-        count += length == 0 ? 1 : 0;
-        bytes.begin += length == 0 ? 1 : length;
+    while ((bytes.begin = FindStrayByte(bytes)) != bytes.end) {
+        ++bytes.begin;
+        ++count;
     }
     return count;
 }
@@ -88,15 +119,8 @@ char* AppendEscape(char* out, unsigned char byte) {
 }  // namespace
 
 bool Unicode_IsBufferValid(const char* buffer, long length, int /*encoding*/) {
-    Bytes bytes = BytesOf(buffer, length);
-    while (bytes.begin != bytes.end) {
-        const std::size_t sequence = SequenceLength(bytes);
-        if (sequence == 0) {
-            return false;
-        }
-        bytes.begin += sequence;
-    }
-    return true;
+    const Bytes bytes = BytesOf(buffer, length);
+    return FindStrayByte(bytes) == bytes.end;
 }
 
 char* Unicode_EscapeBuffer(const char* buffer, long length, int /*encoding*/) {
@@ -108,15 +132,14 @@ char* Unicode_EscapeBuffer(const char* buffer, long length, int /*encoding*/) {
         return nullptr;
     }
     char* out = escaped;
-    while (bytes.begin != bytes.end) {
-        const std::size_t sequence = SequenceLength(bytes);
-        if (sequence == 0) {
-            out = AppendEscape(out, *bytes.begin++);
-            continue;
+    while (true) {
+        const unsigned char* const stray = FindStrayByte(bytes);
+        out = std::copy(bytes.begin, stray, out);
+        if (stray == bytes.end) {
+            break;
         }
-        std::memcpy(out, bytes.begin, sequence);
-        out += sequence;
-        bytes.begin += sequence;
+        out = AppendEscape(out, *stray);
+        bytes.begin = stray + 1;
     }
     *out = '\0';
     return escaped;

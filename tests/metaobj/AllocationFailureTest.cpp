@@ -1,0 +1,165 @@
+#include <limits>
+#include <list>
+#include <memory>
+#include <new>
+#include <string>
+#include <utility>
+
+#include <gtest/gtest.h>
+
+#include "corvel/metaobj/MetaBool.h"
+#include "corvel/metaobj/MetaInt.h"
+#include "corvel/metaobj/MetaList.h"
+#include "corvel/metaobj/MetaString.h"
+#include "corvel/metaobj/MetaStruct.h"
+#include "tests/metaobj/FailingAllocator.h"
+
+namespace Corvel::MetaObj {
+namespace {
+
+using Test::FailingAllocator;
+
+constexpr std::size_t kUnlimited = std::numeric_limits<std::size_t>::max();
+
+/// Makes the allocations of `change` fail one after the other, the first at first, until it gets
+/// through. `check` is called after each failure. @return how many failures there were.
+template <typename Change, typename Check>
+int FailEveryAllocation(Change&& change, Check&& check) {
+    for (int failures = 0;; ++failures) {
+        bool isThrough = false;
+        {
+            const FailingAllocator allocator(static_cast<std::size_t>(failures));
+            try {
+                change();
+                isThrough = true;
+            } catch (const std::bad_alloc&) {
+                isThrough = false;
+            }
+        }
+        if (isThrough) {
+            return failures;
+        }
+        check();
+    }
+}
+
+TEST(Allocation, SharedScalarsNeedNone) {
+    const FailingAllocator allocator(kUnlimited);
+    MetaBool::New();
+    MetaBool::New(true);
+    MetaInt::New();
+    MetaInt::New(-1);
+    MetaInt::New(20);
+    MetaString::New();
+    MetaString::New("");
+    EXPECT_EQ(FailingAllocator::Count(), 0U);
+}
+
+TEST(Allocation, ComparingFlatStructuresOfOneDefinitionNeedsNone) {
+    const auto definition = MetaStruct::New("S");
+    definition->SetField("a", 1);
+    definition->SetField("b", "x");
+    const auto instance = MetaStruct::New(definition);
+    instance->SetField("a", 2);
+    instance->SetField("b", "y");
+    const FailingAllocator allocator(kUnlimited);
+    EXPECT_TRUE(definition->IsSameStructure(instance));
+    EXPECT_EQ(FailingAllocator::Count(), 0U);
+}
+
+TEST(AllocationFailure, FailedSetFieldLeavesTheStructureUnchanged) {
+    const auto structure = MetaStruct::New("S");
+    structure->SetField("old", MetaInt::New(1), "old documentation");
+    const std::string name = "a new field with a name too long for a short string";
+    const std::string documentation = "a documentation too long for a short string as well";
+    const std::shared_ptr<MetaObject> value = MetaInt::New(2);
+    const int failures = FailEveryAllocation(
+        [&] { structure->SetField(name, value, documentation); },
+        [&] {
+            ASSERT_EQ(structure->ToString(), "{'old' => '1', }");
+            ASSERT_EQ(structure->GetFieldDocumentation("old"), "old documentation");
+        });
+    EXPECT_GE(failures, 4);
+    EXPECT_EQ(structure->ToString(), "{'" + name + "' => '2', 'old' => '1', }");
+    EXPECT_EQ(structure->GetFieldDocumentation(name), documentation);
+}
+
+TEST(AllocationFailure, FailedReplacementLeavesTheFieldUnchanged) {
+    const auto structure = MetaStruct::New("S");
+    structure->SetField("a", 1);
+    const std::string documentation = "a documentation too long for a short string as well";
+    const std::shared_ptr<MetaObject> value = MetaInt::New(2);
+    const int failures = FailEveryAllocation(
+        [&] { structure->SetField("a", value, documentation); },
+        [&] {
+            ASSERT_EQ(structure->ToString(), "{'a' => '1', }");
+            ASSERT_EQ(structure->GetFieldDocumentation("a"), "Documentation missing");
+        });
+    EXPECT_GE(failures, 2);
+    EXPECT_EQ(structure->GetFieldDocumentation("a"), documentation);
+}
+
+TEST(AllocationFailure, FailedInstanceLeavesAUsableDefinition) {
+    const auto definition = MetaStruct::New("S");
+    definition->SetField("a", 1);
+    definition->SetField("b", MetaInt::New(2), "second");
+    definition->RemoveField("a");
+    const int failures =
+        FailEveryAllocation([&] { MetaStruct::New(definition); },
+                            [&] {
+                                ASSERT_EQ(definition->ToString(), "{'b' => '2', }");
+                                ASSERT_EQ(definition->GetFieldDocumentation("b"), "second");
+                            });
+    EXPECT_GE(failures, 4);
+    const auto instance = MetaStruct::New(definition);
+    instance->SetField("b", 3);
+    EXPECT_TRUE(instance->MatchesStructureDefinition());
+}
+
+TEST(AllocationFailure, FailedAddLeavesTheListUnchanged) {
+    const auto list = MetaList::New(MetaType::Int);
+    const std::shared_ptr<MetaObject> item = MetaInt::New(1);
+    const int failures =
+        FailEveryAllocation([&] { list->Add(item); }, [&] { ASSERT_EQ(list->GetCount(), 0U); });
+    EXPECT_GE(failures, 1);
+    EXPECT_EQ(list->ToString(), "1");
+}
+
+TEST(AllocationFailure, ValuesAreReleasedWithoutMemory) {
+    constexpr int kDepth = 1000;
+    const std::shared_ptr<MetaInt> innermost = MetaInt::New(1000);
+    auto deep = MetaStruct::New("S");
+    deep->SetField("n", innermost);
+    for (int i = 0; i < kDepth; ++i) {
+        auto outer = MetaStruct::New("S");
+        outer->SetField("x", std::move(deep));
+        deep = std::move(outer);
+    }
+    bool hasFailed = false;
+    {
+        const FailingAllocator allocator(0);
+        deep.reset();
+        hasFailed = FailingAllocator::HasFailed();
+    }
+    EXPECT_TRUE(hasFailed);
+    EXPECT_EQ(innermost.use_count(), 1);
+}
+
+TEST(AllocationFailure, DefinitionsAreReleasedWithoutMemory) {
+    auto definition = MetaStruct::New("S");
+    const std::weak_ptr<MetaStruct> first = definition;
+    for (int i = 0; i < 1000; ++i) {
+        definition = MetaStruct::New(definition);
+    }
+    bool hasFailed = false;
+    {
+        const FailingAllocator allocator(0);
+        definition.reset();
+        hasFailed = FailingAllocator::HasFailed();
+    }
+    EXPECT_TRUE(hasFailed);
+    EXPECT_TRUE(first.expired());
+}
+
+}  // namespace
+}  // namespace Corvel::MetaObj
