@@ -1,11 +1,15 @@
 #include "corvel/autocli/plugins/XmlDocument.h"
 
 #include <climits>
+#include <cstddef>
 #include <new>
+#include <utility>
 
 #include <libxml/parser.h>
 #include <libxml/tree.h>
 #include <libxml/xmlerror.h>
+
+#include "corvel/platform/RegularFile.h"
 
 namespace Corvel::AutoCli {
 namespace {
@@ -60,6 +64,27 @@ Parser NewParser() {
     return parser;
 }
 
+/// Hands a file to libxml2 piece by piece.
+class FileReader {
+public:
+    explicit FileReader(const std::string& path) : _file(path) {}
+
+    bool IsOpen() const { return _file.IsOpen(); }
+    /// Whether the file broke off. To libxml2 that may look like its end.
+    bool HasFailed() const { return _failed; }
+
+    static int Read(void* self, char* buffer, int size) {
+        auto* reader = static_cast<FileReader*>(self);
+        const long count = reader->_file.Read(buffer, static_cast<std::size_t>(size));
+        reader->_failed |= count < 0;
+        return static_cast<int>(count);
+    }
+
+private:
+    Platform::RegularFile _file;
+    bool _failed = false;
+};
+
 constexpr int kParseOptions = XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING;
 
 }  // namespace
@@ -68,19 +93,38 @@ void XmlDocument::Free::operator()(_xmlDoc* document) const {
     xmlFreeDoc(document);
 }
 
-XmlDocument XmlDocument::Parse(std::string_view text, const char* name) {
-    if (text.size() > INT_MAX) {
-        return XmlDocument(nullptr);
-    }
+template <typename Read>
+XmlDocument XmlDocument::ParseWith(const Read& read) {
     const ErrorWatch errors;
     xmlCheckVersion(LIBXML_VERSION);
     const Parser parser = NewParser();
-    XmlDocument document(xmlCtxtReadMemory(
-        parser.get(), text.data(), static_cast<int>(text.size()), name, nullptr, kParseOptions));
+    XmlDocument document(read(parser.get()));
     if (errors.SawOutOfMemory()) {
         throw std::bad_alloc();
     }
     return document;
+}
+
+XmlDocument XmlDocument::Parse(std::string_view text, const char* name) {
+    if (text.size() > INT_MAX) {
+        return XmlDocument(nullptr);
+    }
+    return ParseWith([text, name](xmlParserCtxt* parser) {
+        return xmlCtxtReadMemory(
+            parser, text.data(), static_cast<int>(text.size()), name, nullptr, kParseOptions);
+    });
+}
+
+XmlDocument XmlDocument::ParseFile(const std::string& path) {
+    FileReader reader(path);
+    if (!reader.IsOpen()) {
+        return XmlDocument(nullptr);
+    }
+    XmlDocument document = ParseWith([&reader, &path](xmlParserCtxt* parser) {
+        return xmlCtxtReadIO(
+            parser, FileReader::Read, nullptr, &reader, path.c_str(), nullptr, kParseOptions);
+    });
+    return reader.HasFailed() ? XmlDocument(nullptr) : std::move(document);
 }
 
 xmlNode* XmlDocument::GetRoot() const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 #include <string_view>
 
 #include "corvel/autocli/plugins/XmlUtil.h"
@@ -24,6 +25,9 @@ class XmlDocument {
 public:
     /// @param name  what libxml2 calls the document; also the base of relative addresses in it.
     static XmlDocument Parse(std::string_view text, const char* name);
+    /// Reads a whole file as it is parsed. What is no regular file cannot be parsed; opening it never
+    /// waits.
+    static XmlDocument ParseFile(const std::string& path);
 
     bool IsParsed() const { return _document != nullptr; }
     /// @return the root element; null when the document has none or was not parsed.
@@ -33,6 +37,9 @@ private:
     struct Free {
         void operator()(_xmlDoc* document) const;
     };
+
+    template <typename Read>
+    static XmlDocument ParseWith(const Read& read);
 
     explicit XmlDocument(_xmlDoc* document) : _document(document) {}
 
