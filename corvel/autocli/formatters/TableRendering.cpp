@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <map>
+#include <numeric>
 #include <string>
 #include <string_view>
 
@@ -107,21 +108,20 @@ private:
     bool RenderCells() {
         _cells.reserve(_rows.size() * _columns.size());
         for (const std::shared_ptr<MetaObject>& row : _rows) {
-            const MetaStruct* structure = MetaObj::View(row.get()).structure;
-            if (structure == nullptr) {
+            if (MetaObj::View(row.get()).kind != ValueKind::Struct) {
                 _out += "Error: Unexpected type, unable to get struct from list\n";
                 return false;
             }
-            if (!RenderRow(row, *structure)) {
+            if (!RenderRow(std::static_pointer_cast<MetaStruct>(row))) {
                 return false;
             }
         }
         return true;
     }
 
-    bool RenderRow(const std::shared_ptr<MetaObject>& row, const MetaStruct& structure) {
-        const MetaObj::StructView fields(structure);
-        const std::vector<FieldStyle>& styles = StylesOf(structure.GetTypeName());
+    bool RenderRow(const std::shared_ptr<MetaStruct>& row) {
+        const MetaObj::StructView fields(*row);
+        const std::vector<FieldStyle>& styles = StylesOf(row->GetTypeName());
         std::shared_ptr<MetaObject> nested;
         for (std::size_t i = 0; i < _columns.size(); ++i) {
             Column& column = _columns[i];
@@ -138,17 +138,16 @@ private:
         return true;
     }
 
-    /// @param fields  those of the row.
     /// @param nested  keeps what a dotted path leads to.
-    static ValueView Find(const std::shared_ptr<MetaObject>& row,
+    static ValueView Find(const std::shared_ptr<MetaStruct>& row,
                           const MetaObj::StructView& fields,
-                          const Column& column,
+                          Column& column,
                           std::shared_ptr<MetaObject>& nested) {
-        if (!column.isPath) {
-            return fields.Find(column.name);
+        if (column.isPath) {
+            nested = GetSubField(row, column.name);
+            return MetaObj::View(nested.get());
         }
-        nested = GetSubField(std::static_pointer_cast<MetaStruct>(row), column.name);
-        return MetaObj::View(nested.get());
+        return fields.Find(column.name);
     }
 
     /// One style for each column.
@@ -196,11 +195,13 @@ private:
         std::size_t begin = 0;
         auto cell = _cells.cbegin();
         for (const std::shared_ptr<MetaObject>& row : _rows) {
-            for (const Column& column : _columns) {
+            for (Column& column : _columns) {
                 const auto text = std::string_view(_cellText).substr(begin, cell->End() - begin);
                 if (wrapIndent == 0 || !IsLast(column)) {
                     WriteCell(text, column, cell->IsRightAligned());
-                } else if (!WriteWrapped(row, column, static_cast<int>(wrapIndent))) {
+                } else if (!WriteWrapped(std::static_pointer_cast<MetaStruct>(row),
+                                         column,
+                                         static_cast<int>(wrapIndent))) {
                     return false;
                 }
                 begin = cell->End();
@@ -223,10 +224,9 @@ private:
     }
 
     /// Deliberate: a wrapped cell is the plain text of its value, without printf and units.
-    bool WriteWrapped(const std::shared_ptr<MetaObject>& row, const Column& column, int indent) {
-        const MetaObj::StructView fields(*MetaObj::View(row.get()).structure);
+    bool WriteWrapped(const std::shared_ptr<MetaStruct>& row, Column& column, int indent) {
         std::shared_ptr<MetaObject> nested;
-        const ValueView value = Find(row, fields, column, nested);
+        const ValueView value = Find(row, MetaObj::StructView(*row), column, nested);
         if (value.kind == ValueKind::Null) {
             _out += "Unknown column " + column.name;
             return false;

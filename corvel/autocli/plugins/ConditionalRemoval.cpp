@@ -1,6 +1,5 @@
 #include "corvel/autocli/plugins/ConditionalRemoval.h"
 
-#include <algorithm>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -92,7 +91,7 @@ public:
             } else if (HoldsConditional(brace, groupEnd)) {
                 const std::size_t dropped = DropFromLastDollar();
                 _done = groupEnd;
-                KeepUpTo(std::min(groupEnd + dropped, _characters.size()));
+                KeepUpTo(_text.PositionBehind(groupEnd, dropped));
             } else {
                 KeepUpTo(groupEnd);
             }
@@ -119,10 +118,10 @@ private:
         _done = end;
     }
 
-    /// @return how many characters were dropped.
+    /// @return how much text was dropped, rendered.
     std::size_t DropFromLastDollar() {
         const std::size_t position = _dollars.back().position;
-        const std::size_t dropped = _kept.Size() - position;
+        const std::size_t dropped = _kept.RenderedSize(position, _kept.Size());
         _kept.Truncate(position);
         _dollars.pop_back();
         return dropped;

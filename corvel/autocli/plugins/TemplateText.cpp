@@ -5,12 +5,9 @@
 
 namespace Corvel::AutoCli {
 
-std::size_t InsertedValue::Size() const {
-    std::size_t size = 0;
-    for (const Piece& piece : _pieces) {
-        size += piece.text.size();
-    }
-    return size;
+void InsertedValue::Append(Piece piece) {
+    _size += piece.text.size();
+    _pieces.push_back(std::move(piece));
 }
 
 const InsertedValue* TemplateText::ValueAt(std::size_t position) const {
@@ -47,6 +44,27 @@ std::string TemplateText::Render() const {
         done = insertion.position + 1;
     }
     return rendered.append(_characters, done);
+}
+
+std::size_t TemplateText::RenderedSize(std::size_t begin, std::size_t end) const {
+    std::size_t size = end - begin;
+    const auto last = FirstInsertionFrom(end);
+    for (auto insertion = FirstInsertionFrom(begin); insertion != last; ++insertion) {
+        size += insertion->value->Size() - 1;
+    }
+    return size;
+}
+
+std::size_t TemplateText::PositionBehind(std::size_t begin, std::size_t renderedSize) const {
+    for (auto insertion = FirstInsertionFrom(begin); insertion != _insertions.end(); ++insertion) {
+        const std::size_t gap = insertion->position - begin;
+        if (renderedSize <= gap) {
+            break;
+        }
+        renderedSize -= gap + std::min(renderedSize - gap, insertion->value->Size());
+        begin = insertion->position + 1;
+    }
+    return std::min(begin + renderedSize, Size());
 }
 
 std::vector<TemplateText::Insertion>::const_iterator TemplateText::FirstInsertionFrom(

@@ -18,12 +18,13 @@ public:
         std::string parameter;
     };
 
-    void Append(Piece piece) { _pieces.push_back(std::move(piece)); }
+    void Append(Piece piece);
     const std::vector<Piece>& Pieces() const { return _pieces; }
-    std::size_t Size() const;
+    std::size_t Size() const { return _size; }
 
 private:
     std::vector<Piece> _pieces;
+    std::size_t _size = 0;
 };
 
 /// A command template while its tokens are being replaced: characters of the template, which the
@@ -53,6 +54,11 @@ public:
 
     /// @return the text with every value in its place.
     std::string Render() const;
+    /// @return how long the characters from begin to before end are when they are rendered.
+    std::size_t RenderedSize(std::size_t begin, std::size_t end) const;
+    /// @return the first position from `begin` on that is at least this much rendered text away
+    ///         from it; the end of the text when there is none.
+    std::size_t PositionBehind(std::size_t begin, std::size_t renderedSize) const;
 
 private:
     struct Insertion {

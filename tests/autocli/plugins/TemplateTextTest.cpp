@@ -50,6 +50,22 @@ TEST(TemplateText, PartOfATextKeepsTheValuesInIt) {
     EXPECT_EQ(source.Render(), "-A-B-C");
 }
 
+TEST(TemplateText, DistancesCountValuesWithTheirLength) {
+    TemplateText text("ab");
+    text.Append(Value({{"12", "p"}, {"3", "p"}}));
+    text.Append(Value({{"", "p"}}));
+    text.Append("c");
+    EXPECT_EQ(text.RenderedSize(0, 5), 6U);
+    EXPECT_EQ(text.RenderedSize(1, 3), 4U);
+    EXPECT_EQ(text.RenderedSize(3, 4), 0U);
+    const std::size_t behind[] = {0, 1, 2, 3, 3, 3, 5, 5};
+    for (std::size_t size = 0; size < std::size(behind); ++size) {
+        EXPECT_EQ(text.PositionBehind(0, size), behind[size]) << size;
+    }
+    EXPECT_EQ(text.PositionBehind(2, 1), 3U);
+    EXPECT_EQ(text.PositionBehind(3, 1), 5U);
+}
+
 TEST(TemplateText, TruncatedTextLosesTheValuesBehind) {
     TemplateText text("-");
     text.Append(Value({{"A", "p"}}));
