@@ -12,26 +12,26 @@ bool StructureComparison::Compare(const MetaList& reference, const MetaObject* c
     return Finish(BeginList(reference, candidate));
 }
 
-// Each answer is that of the current field of the innermost pair, or the last one.
-bool StructureComparison::Finish(std::optional<bool> answer) {
+// Each outcome is that of the current field of the innermost pair; the last one is that of all.
+bool StructureComparison::Finish(Outcome outcome) {
     while (_pair) {
-        if (!answer) {
-            answer = CompareField();
-        } else if (*answer) {
+        if (outcome == Outcome::Pending) {
+            outcome = CompareField();
+        } else if (outcome == Outcome::Same) {
             ++_pair->field;
-            answer.reset();
+            outcome = Outcome::Pending;
         } else {
             Report("Type mismatch on field: " + _pair->fields.Name(_pair->field));
-            answer = Close(false);
+            outcome = Close(false);
         }
     }
-    return *answer;
+    return outcome == Outcome::Same;
 }
 
-std::optional<bool> StructureComparison::CompareField() {
+StructureComparison::Outcome StructureComparison::CompareField() {
     const Pair& pair = *_pair;
     if (pair.field == pair.fields.Count()) {
-        return Close(pair.result);
+        return Close(pair.isSameCount);
     }
     const Reference& found = FindCandidate(pair);
     if (found == nullptr) {
@@ -40,7 +40,7 @@ std::optional<bool> StructureComparison::CompareField() {
     }
     const MetaObject& expected = *pair.fields.Reference(pair.field);
     if (expected.GetType() != found->GetType()) {
-        return false;
+        return Outcome::Different;
     }
     return Begin(expected, found);
 }
@@ -55,8 +55,8 @@ const StructureComparison::Reference& StructureComparison::FindCandidate(const P
     return slot ? candidate._values[*slot] : sMissing;
 }
 
-std::optional<bool> StructureComparison::Begin(const MetaObject& reference,
-                                               const Reference& candidate) {
+StructureComparison::Outcome StructureComparison::Begin(const MetaObject& reference,
+                                                        const Reference& candidate) {
     const ValueView view = View(&reference);
     if (view.kind == ValueKind::Struct) {
         return BeginStruct(*view.structure, candidate.get());
@@ -64,56 +64,56 @@ std::optional<bool> StructureComparison::Begin(const MetaObject& reference,
     if (view.kind == ValueKind::List) {
         return BeginList(*view.list, candidate.get());
     }
-    return reference.IsSameStructure(candidate, _errors);
+    return reference.IsSameStructure(candidate, _errors) ? Outcome::Same : Outcome::Different;
 }
 
-std::optional<bool> StructureComparison::BeginStruct(const MetaStruct& reference,
-                                                     const MetaObject* candidate) {
+StructureComparison::Outcome StructureComparison::BeginStruct(const MetaStruct& reference,
+                                                              const MetaObject* candidate) {
     if (candidate == nullptr) {
         Report("Invalid NULL input to MetaStruct validation.");
-        return true;  // Deliberate: a candidate that is not there passes.
+        return Outcome::Same;  // Deliberate: a candidate that is not there passes.
     }
     if (candidate == &reference) {
-        return true;
+        return Outcome::Same;
     }
     if (candidate->GetType() != MetaType::Struct) {
         Report("Type Mismatch in MetaStruct Validation: Expected type " +
                MetaTypeString(MetaType::Struct) + " got type " +
                MetaTypeString(candidate->GetType()));
-        return false;
+        return Outcome::Different;
     }
     const MetaStruct* structure = View(candidate).structure;
     if (structure == nullptr) {
         Report("Unable to cast to MetaStruct, runtime error?");
-        return false;
+        return Outcome::Different;
     }
     Open(reference, *structure, false);
-    return std::nullopt;
+    return Outcome::Pending;
 }
 
-std::optional<bool> StructureComparison::BeginList(const MetaList& reference,
-                                                   const MetaObject* candidate) {
+StructureComparison::Outcome StructureComparison::BeginList(const MetaList& reference,
+                                                            const MetaObject* candidate) {
     if (candidate == nullptr) {
         Report("Mismatch on structure, NULL comparison");
-        return false;
+        return Outcome::Different;
     }
     if (candidate->GetType() != MetaType::List) {
         Report("Type mismatch!  Was expecting a " + MetaTypeString(MetaType::List) +
                ", but got a " + MetaTypeString(candidate->GetType()));
-        return false;
+        return Outcome::Different;
     }
     const MetaList* list = View(candidate).list;
     if (list == nullptr || list->GetListType() != reference.GetListType()) {
         Report("Mismatch on list type");
-        return false;
+        return Outcome::Different;
     }
     const std::shared_ptr<MetaStruct> expected = reference.GetListStructure();
     const std::shared_ptr<MetaStruct> found = list->GetListStructure();
     if (expected == nullptr || found == nullptr || expected == found) {
-        return true;
+        return Outcome::Same;
     }
     Open(*expected, *found, true);
-    return std::nullopt;
+    return Outcome::Pending;
 }
 
 void StructureComparison::Open(const MetaStruct& reference,
@@ -136,8 +136,8 @@ void StructureComparison::Open(const MetaStruct& reference,
         Pair{StructView(reference), &reference, &candidate, isListStructure, isSameCount});
 }
 
-bool StructureComparison::Close(bool result) {
-    if (!result && _pair->isListStructure) {
+StructureComparison::Outcome StructureComparison::Close(bool isSame) {
+    if (!isSame && _pair->isListStructure) {
         Report("List type mismatch list and input");
     }
     _pair.reset();
@@ -145,12 +145,12 @@ bool StructureComparison::Close(bool result) {
         _pair.emplace(std::move(_outer.back()));
         _outer.pop_back();
     }
-    return result;
+    return isSame ? Outcome::Same : Outcome::Different;
 }
 
-void StructureComparison::Report(const std::string& message) {
+void StructureComparison::Report(std::string_view message) {
     if (_errors != nullptr) {
-        _errors->push_back(message);
+        _errors->emplace_back(message);
     }
 }
 

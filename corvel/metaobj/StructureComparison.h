@@ -1,9 +1,11 @@
 #pragma once
 
+#include <cstddef>
 #include <list>
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "corvel/metaobj/MetaList.h"
@@ -31,21 +33,22 @@ private:
         const MetaStruct* reference;
         const MetaStruct* candidate;
         bool isListStructure;
-        bool result;
+        bool isSameCount;
         std::size_t field = 0;
     };
 
-    // What is begun answers at once, or opens a pair and answers nothing yet.
-    std::optional<bool> Begin(const MetaObject& reference, const Reference& candidate);
-    std::optional<bool> BeginStruct(const MetaStruct& reference, const MetaObject* candidate);
-    std::optional<bool> BeginList(const MetaList& reference, const MetaObject* candidate);
+    // What is begun has an outcome at once, or opens a pair on which the outcome then depends.
+    enum class Outcome { Pending, Same, Different };
+    Outcome Begin(const MetaObject& reference, const Reference& candidate);
+    Outcome BeginStruct(const MetaStruct& reference, const MetaObject* candidate);
+    Outcome BeginList(const MetaList& reference, const MetaObject* candidate);
     void Open(const MetaStruct& reference, const MetaStruct& candidate, bool isListStructure);
 
-    bool Finish(std::optional<bool> answer);
-    std::optional<bool> CompareField();
+    bool Finish(Outcome outcome);
+    Outcome CompareField();
     static const Reference& FindCandidate(const Pair& pair);
-    bool Close(bool result);
-    void Report(const std::string& message);
+    Outcome Close(bool isSame);
+    void Report(std::string_view message);
 
     std::list<std::string>* _errors;
     std::optional<Pair> _pair;  // the innermost; kept here because most structures are flat

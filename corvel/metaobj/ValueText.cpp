@@ -25,7 +25,7 @@ public:
     explicit TextWriter(std::string& text) : _text(text) {}
 
     void Write(const MetaObject& value) {
-        Begin(&value);
+        Begin(value);
         while (!_open.empty()) {
             if (_open.back().fields) {
                 GoOnInStruct(_open.back());
@@ -43,11 +43,9 @@ private:
         std::size_t next = 0;
     };
 
-    void Begin(const MetaObject* value) {
-        const ValueView view = View(value);
+    void Begin(const MetaObject& value) {
+        const ValueView view = View(&value);
         switch (view.kind) {
-            case ValueKind::Null:
-                break;
             case ValueKind::Bool:
                 _text += view.boolean ? "true" : "false";
                 break;
@@ -65,7 +63,8 @@ private:
                 _open.push_back({std::nullopt, view.list});
                 break;
             case ValueKind::Mismatch:
-                _text += value->ToString();
+            case ValueKind::Null:  // containers hold no null
+                _text += value.ToString();
                 break;
         }
     }
@@ -81,7 +80,7 @@ private:
         }
         const std::size_t field = open.next++;
         _text.append("'").append(open.fields->Name(field)).append("' => '");
-        Begin(open.fields->Reference(field).get());
+        Begin(*open.fields->Reference(field));
     }
 
     void GoOnInList(Container& open) {
@@ -94,7 +93,7 @@ private:
         if (item > 0) {
             _text += ", ";
         }
-        Begin(items[item].get());
+        Begin(*items[item]);
     }
 
     std::string& _text;

@@ -1,4 +1,3 @@
-#include <limits>
 #include <list>
 #include <memory>
 #include <new>
@@ -18,8 +17,6 @@ namespace Corvel::MetaObj {
 namespace {
 
 using Test::FailingAllocator;
-
-constexpr std::size_t kUnlimited = std::numeric_limits<std::size_t>::max();
 
 /// Makes the allocations of `change` fail one after the other, the first at first, until it gets
 /// through. `check` is called after each failure. @return how many failures there were.
@@ -44,7 +41,7 @@ int FailEveryAllocation(Change&& change, Check&& check) {
 }
 
 TEST(Allocation, SharedScalarsNeedNone) {
-    const FailingAllocator allocator(kUnlimited);
+    const FailingAllocator allocator(FailingAllocator::kAll);
     MetaBool::New();
     MetaBool::New(true);
     MetaInt::New();
@@ -62,7 +59,7 @@ TEST(Allocation, ComparingFlatStructuresOfOneDefinitionNeedsNone) {
     const auto instance = MetaStruct::New(definition);
     instance->SetField("a", 2);
     instance->SetField("b", "y");
-    const FailingAllocator allocator(kUnlimited);
+    const FailingAllocator allocator(FailingAllocator::kAll);
     EXPECT_TRUE(definition->IsSameStructure(instance));
     EXPECT_EQ(FailingAllocator::Count(), 0U);
 }
@@ -159,6 +156,18 @@ TEST(AllocationFailure, DefinitionsAreReleasedWithoutMemory) {
     }
     EXPECT_TRUE(hasFailed);
     EXPECT_TRUE(first.expired());
+}
+
+TEST(AllocationFailure, EscapedTextThatCannotBeMadeIsEmpty) {
+    std::string text = "caf\xFF";
+    std::shared_ptr<MetaString> value;
+    {
+        const FailingAllocator allocator(0, 1);
+        value = MetaString::NewUtf8WithEscapes(std::move(text));
+    }
+    EXPECT_EQ(value->GetValue(), "");
+    EXPECT_EQ(text, "");  // NOLINT(bugprone-use-after-move): it is the documented effect
+    EXPECT_NE(value, MetaString::New());
 }
 
 }  // namespace

@@ -13,7 +13,8 @@
 namespace Corvel::MetaObj {
 namespace {
 
-constexpr int kDepth = 200000;
+constexpr int kDepth = 100000;
+constexpr int kReleaseDepth = 200000;
 
 /// Structures within structures, the innermost without fields.
 std::shared_ptr<MetaStruct> DeepStruct(int depth) {
@@ -48,7 +49,7 @@ std::string Repeated(const std::string& text, int count) {
 }
 
 TEST(DeepValues, StructuresAreReleasedInASmallStack) {
-    auto deep = DeepStruct(kDepth);
+    auto deep = DeepStruct(kReleaseDepth);
     const std::weak_ptr<MetaStruct> watched = deep;
     deep.reset();
     EXPECT_TRUE(watched.expired());
@@ -58,7 +59,7 @@ TEST(DeepValues, ReleaseReachesTheInnermostValue) {
     const std::shared_ptr<MetaInt> innermost = MetaInt::New(1000);
     auto deep = MetaStruct::New("S");
     deep->SetField("n", innermost);
-    for (int i = 0; i < kDepth; ++i) {
+    for (int i = 0; i < kReleaseDepth; ++i) {
         auto list = MetaList::New(MetaType::Struct, deep);
         list->Add(std::move(deep));
         deep = MetaStruct::New("S");
@@ -72,7 +73,7 @@ TEST(DeepValues, ReleaseReachesTheInnermostValue) {
 TEST(DeepValues, DefinitionsOfDefinitionsAreReleasedInASmallStack) {
     auto definition = MetaStruct::New("S");
     const std::weak_ptr<MetaStruct> first = definition;
-    for (int i = 0; i < kDepth; ++i) {
+    for (int i = 0; i < kReleaseDepth; ++i) {
         definition = MetaStruct::New(definition);
     }
     EXPECT_FALSE(first.expired());
@@ -82,7 +83,7 @@ TEST(DeepValues, DefinitionsOfDefinitionsAreReleasedInASmallStack) {
 
 TEST(DeepValues, ReplacedFieldIsReleasedInASmallStack) {
     const auto outer = MetaStruct::New("S");
-    outer->SetField("x", DeepStruct(kDepth));
+    outer->SetField("x", DeepStruct(kReleaseDepth));
     outer->SetField("x", 1);
     EXPECT_EQ(outer->ToString(), "{'x' => '1', }");
 }
@@ -116,8 +117,8 @@ TEST(DeepValues, ListsCompareWhole) {
 }
 
 TEST(DeepValues, EveryThreadReleasesItsOwn) {
-    auto deep = DeepStruct(kDepth);
-    std::thread other([value = DeepStruct(kDepth)]() mutable { value.reset(); });
+    auto deep = DeepStruct(kReleaseDepth);
+    std::thread other([value = DeepStruct(kReleaseDepth)]() mutable { value.reset(); });
     deep.reset();
     other.join();
     EXPECT_EQ(deep, nullptr);

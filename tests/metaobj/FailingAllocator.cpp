@@ -1,21 +1,33 @@
 #include "tests/metaobj/FailingAllocator.h"
 
 #include <cstdlib>
-#include <limits>
 #include <new>
 
 namespace {
 
-constexpr std::size_t kNoLimit = std::numeric_limits<std::size_t>::max();
+using Corvel::Test::FailingAllocator;
 
 std::size_t sCount = 0;
-std::size_t sAllowed = kNoLimit;
+std::size_t sAllowed = FailingAllocator::kAll;
+std::size_t sFailures = 0;
 
 }  // namespace
 
-void* operator new(std::size_t size) {
+// The linker puts __wrap_malloc in the place of malloc (--wrap).
+// NOLINTBEGIN(bugprone-reserved-identifier): the linker chooses the names
+extern "C" {
+void* __real_malloc(std::size_t size);
+
+void* __wrap_malloc(std::size_t size) {
     ++sCount;
-    void* const memory = sCount > sAllowed ? nullptr : std::malloc(size == 0 ? 1 : size);
+    const bool fails = sCount > sAllowed && sCount - sAllowed <= sFailures;
+    return fails ? nullptr : __real_malloc(size);
+}
+}
+// NOLINTEND(bugprone-reserved-identifier)
+
+void* operator new(std::size_t size) {
+    void* const memory = std::malloc(size == 0 ? 1 : size);
     if (memory == nullptr) {
         throw std::bad_alloc();
     }
@@ -32,13 +44,14 @@ void operator delete(void* memory, std::size_t /*size*/) noexcept {
 
 namespace Corvel::Test {
 
-FailingAllocator::FailingAllocator(std::size_t allowed) {
+FailingAllocator::FailingAllocator(std::size_t allowed, std::size_t failures) {
     sCount = 0;
     sAllowed = allowed;
+    sFailures = failures;
 }
 
 FailingAllocator::~FailingAllocator() {
-    sAllowed = kNoLimit;
+    sAllowed = kAll;
 }
 
 std::size_t FailingAllocator::Count() {
