@@ -28,11 +28,11 @@ std::string TextOf(long value) {
 template <typename T>
 std::string SetText(const std::vector<T>& values) {
     std::string text = "[";
+    const char* separator = "";
     for (const T& value : values) {
-        if (text.size() > 1) {
-            text += ", ";
-        }
+        text += separator;
         text += TextOf(value);
+        separator = ", ";
     }
     return text + "]";
 }
