@@ -1,5 +1,62 @@
+#include <fcntl.h>
+#include <signal.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <exception>
+#include <iostream>
+#include <optional>
+
 #include <corvel/corvel.h>
 
-int main() {
-    return 1;
+namespace {
+
+/// Puts the null device in the place of standard streams that the caller closed, so that no file
+/// which is opened later takes their place. Nothing can be written to such a standard output: that
+/// the result was lost must show.
+void OpenMissingStandardStreams() {
+    constexpr int kModes[] = {O_RDONLY, O_RDONLY, O_WRONLY};
+    for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; ++descriptor) {
+        if (::fcntl(descriptor, F_GETFD) == -1) {
+            // The lowest free descriptor is this one. Children inherit standard streams.
+            // NOLINTNEXTLINE(android-cloexec-open)
+            static_cast<void>(::open("/dev/null", kModes[descriptor]));
+        }
+    }
+}
+
+/// Whoever started us may ignore SIGCHLD, and then the status of a child would be lost.
+void ReceiveStatusOfChildren() {
+    ::signal(SIGCHLD, SIG_DFL);
+}
+
+void LoadDefaultPlugins(Corvel::AutoCli::CliDispatcher& dispatcher) {
+    if (::access("/usr/lib/orvane/quorcli", F_OK) == 0) {
+        dispatcher.AddDefaultDirectories();
+    }
+}
+
+void ShowError(const char* message) {
+    std::cout.flush();
+    std::cerr << "Errors: \n" << message << '\n';
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    OpenMissingStandardStreams();
+    ReceiveStatusOfChildren();
+
+    // It outlives the handlers below: with it goes the library that threw the exception.
+    std::optional<Corvel::AutoCli::CliDispatcher> dispatcher;
+    try {
+        dispatcher.emplace();
+        LoadDefaultPlugins(*dispatcher);
+        dispatcher->HandleArgvInput(argc, argv);
+    } catch (const std::exception& e) {
+        ShowError(e.what());
+    } catch (...) {
+        ShowError("Unexpected exception");
+    }
+    return EXIT_FAILURE;
 }

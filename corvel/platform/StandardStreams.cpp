@@ -1,11 +1,11 @@
-#include "corvel/autocli/StandardStreams.h"
+#include "corvel/platform/StandardStreams.h"
 
 #include <errno.h>
 
 #include <iostream>
 #include <system_error>
 
-namespace Corvel::AutoCli {
+namespace Corvel::Platform {
 
 namespace {
 
@@ -20,11 +20,11 @@ void Write(const std::string& lines) {
 bool FlushStandardOutput() {
     static bool told = false;
     if (std::cout) {
+        told = false;
         errno = 0;
         std::cout.flush();
     }
     if (std::cout) {
-        told = false;
         return true;
     }
     // The stream has no reason of its own: it is that of the write that failed just now, or while
@@ -43,4 +43,4 @@ void WriteErrorLines(const std::string& lines) {
     Write(lines);
 }
 
-}  // namespace Corvel::AutoCli
+}  // namespace Corvel::Platform

@@ -2,7 +2,7 @@
 
 #include <string>
 
-namespace Corvel::AutoCli {
+namespace Corvel::Platform {
 
 /// Sends everything that was written to standard output on its way. When that fails, or writing
 /// failed before, it tells so once on standard error, until somebody clears the stream:
@@ -16,4 +16,4 @@ bool FlushStandardOutput();
 /// @param lines  with their line ends.
 void WriteErrorLines(const std::string& lines);
 
-}  // namespace Corvel::AutoCli
+}  // namespace Corvel::Platform

@@ -1,0 +1,217 @@
+#include <dirent.h>
+#include <dlfcn.h>
+#include <errno.h>
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <boost/regex.hpp>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "corvel/autocli/Dispatcher.h"
+#include "corvel/autocli/RootNamespace.h"
+#include "corvel/platform/Platform.h"
+#include "tests/autocli/ThrownText.h"
+#include "tests/support/TemporaryDirectory.h"
+
+namespace {
+
+/// Where directories of the system are looked for while a test says so; they are never opened.
+constexpr std::string_view kSystemFolder = "/usr/lib/orvane/";
+std::vector<std::string>* systemFoldersAskedFor = nullptr;
+
+}  // namespace
+
+/// Stands before that of the system, also for the library.
+extern "C" DIR* opendir(const char* name) {
+    if (systemFoldersAskedFor != nullptr && std::string_view(name).starts_with(kSystemFolder)) {
+        systemFoldersAskedFor->emplace_back(name);
+        errno = ENOENT;
+        return nullptr;
+    }
+    static const auto system = reinterpret_cast<DIR* (*)(const char*)>(dlsym(RTLD_NEXT, "opendir"));
+    return system(name);
+}
+
+namespace Corvel::Testing {
+namespace {
+
+using AutoCli::Dispatcher;
+using testing::ElementsAre;
+
+/// A descriptor that brings one namespace.
+std::string Descriptor(const std::string& name) {
+    return "<plugin><version>1.0.0</version><namespaces><namespace path=\"" + name +
+           "\"><description>Of a test.</description></namespace></namespaces></plugin>";
+}
+
+class PluginLoadingTest : public testing::Test {
+protected:
+    /// What the action writes to standard error.
+    template <typename Action>
+    std::string ErrorsOf(Action action) {
+        testing::internal::CaptureStderr();
+        action();
+        return testing::internal::GetCapturedStderr();
+    }
+
+    std::vector<std::string> Namespaces() const {
+        return _dispatcher.GetRootNamespace()->GetNamespaceNodeNames();
+    }
+
+    TemporaryDirectory _directory;
+    Dispatcher _dispatcher;
+};
+
+TEST_F(PluginLoadingTest, AddPluginLoadsADescriptor) {
+    const std::string file = _directory.Write("a.xml", Descriptor("first"));
+    _dispatcher.AddPlugin(file);
+    EXPECT_THAT(_dispatcher.GetPluginNames(), ElementsAre("Internal", file));
+    EXPECT_THAT(Namespaces(), ElementsAre("first", "quorcli"));
+}
+
+TEST_F(PluginLoadingTest, AddPluginLetsFailuresOfLoadingPass) {
+    EXPECT_EQ(ThrownText([&] { _dispatcher.AddPlugin("/nonexistent/a.xml"); }),
+              "Unable to parse XML descriptor: /nonexistent/a.xml");
+    EXPECT_EQ(ThrownText([&] { _dispatcher.AddPlugin("/nonexistent/a.so"); }),
+              "Unable to load plugin from /nonexistent/a.so: /nonexistent/a.so: cannot open shared "
+              "object file: No such file or directory");
+}
+
+TEST_F(PluginLoadingTest, AddPluginLetsFailuresOfRegisteringPass) {
+    const std::string file = _directory.Write("a.xml", Descriptor("quorcli"));
+    EXPECT_EQ(ThrownText([&] { _dispatcher.AddPlugin(file); }),
+              "Error while trying to register the plugin " + file +
+                  " Duplicate top-level namespaces must have the same description: quorcli The "
+                  "functionality in " +
+                  file + " will not be available until this issue is resolved.");
+}
+
+TEST_F(PluginLoadingTest, AddPluginTellsKindsOfFilesApartAsTheExpressionsDo) {
+    const boost::regex library(".+\\.so$");
+    const boost::regex descriptor(".+\\.xml$");
+    for (const std::string& path : {std::string("/nonexistent/a.so"),
+                                    std::string("/nonexistent/a.xml"),
+                                    std::string("/nonexistent/.so"),
+                                    std::string("/nonexistent/a.so.xml"),
+                                    std::string("/nonexistent/a.xml.so"),
+                                    std::string("/nonexistent/a.so\n"),
+                                    std::string("/nonexistent/a\n.xml"),
+                                    std::string("/nonexistent/a\0.xml", 19),
+                                    std::string("/nonexistent/a.SO"),
+                                    std::string("/nonexistent/aso"),
+                                    std::string("/nonexistent/a.so.1"),
+                                    std::string(".so"),
+                                    std::string(".xml"),
+                                    std::string("so"),
+                                    std::string("")}) {
+        SCOPED_TRACE(testing::PrintToString(path));
+        const std::string failure = ThrownText([&] { _dispatcher.AddPlugin(path); });
+        const bool isLibrary = boost::regex_match(path, library);
+        EXPECT_EQ(failure.starts_with("Unable to load plugin from "), isLibrary);
+        EXPECT_EQ(failure.starts_with("Unable to parse XML descriptor: "),
+                  !isLibrary && boost::regex_match(path, descriptor));
+    }
+}
+
+TEST_F(PluginLoadingTest, DirectoryIsLoadedInByteWiseOrderOfTheNames) {
+    const std::string folder = _directory.Path();
+    for (const char* name : {"b.xml", "a.so", "notes.txt", ".hidden.so"}) {
+        _directory.Write(name, "");
+    }
+    const std::string tooShort = ": file too short";
+    const auto failure = [&](const std::string& name, const std::string& reason) {
+        return "Error loading plugin " + folder + "/" + name + " skipping.  Error was: " + reason +
+               "\n";
+    };
+    const auto libraryFailure = [&](const std::string& name) {
+        const std::string path = folder + "/" + name;
+        return failure(name, "Unable to load plugin from " + path + ": " + path + tooShort);
+    };
+    EXPECT_EQ(ErrorsOf([&] { _dispatcher.AddExternalDirectory(folder); }),
+              libraryFailure(".hidden.so") + libraryFailure("a.so") +
+                  failure("b.xml", "Unable to parse XML descriptor: " + folder + "/b.xml"));
+}
+
+TEST_F(PluginLoadingTest, FilesAfterAFailedOneAreStillLoaded) {
+    const std::string folder = _directory.Path();
+    _directory.Write("a.xml", "no descriptor");
+    _directory.Write("b.xml", Descriptor("second"));
+    EXPECT_EQ(ErrorsOf([&] { _dispatcher.AddExternalDirectory(folder); }),
+              "Error loading plugin " + folder +
+                  "/a.xml skipping.  Error was: Unable to parse XML descriptor: " + folder +
+                  "/a.xml\n");
+    EXPECT_THAT(Namespaces(), ElementsAre("quorcli", "second"));
+}
+
+TEST_F(PluginLoadingTest, DirectoryWithoutLib64WritesNothingAboutIt) {
+    EXPECT_EQ(ErrorsOf([&] { _dispatcher.AddExternalDirectory(_directory.Path()); }), "");
+}
+
+TEST_F(PluginLoadingTest, Lib64IsLoadedBeforeTheDirectoryItself) {
+    const std::string folder = _directory.Path();
+    _directory.Write("a.xml", Descriptor("first"));
+    _directory.Write("lib64/b.xml", Descriptor("second"));
+    EXPECT_EQ(ErrorsOf([&] { _dispatcher.AddExternalDirectory(folder); }), "");
+    EXPECT_THAT(_dispatcher.GetPluginNames(),
+                ElementsAre("Internal", folder + "/lib64/b.xml", folder + "/a.xml"));
+}
+
+TEST_F(PluginLoadingTest, DirectoryThatCannotBeOpenedIsReportedOnRequestOnly) {
+    EXPECT_EQ(ErrorsOf([&] { _dispatcher.AddExternalDirectory("/nonexistent"); }),
+              "Unable to open directory /nonexistent for plugin registration\n");
+    EXPECT_EQ(ErrorsOf([&] { _dispatcher.AddExternalDirectoryInt("/nonexistent", false); }), "");
+    EXPECT_EQ(ErrorsOf([&] { _dispatcher.AddExternalDirectoryInt("/nonexistent", true); }),
+              "Unable to open directory /nonexistent for plugin registration\n");
+}
+
+TEST_F(PluginLoadingTest, DefaultDirectoriesAreBothLookedThroughEachAfterItsLib64) {
+    std::vector<std::string> asked;
+    systemFoldersAskedFor = &asked;
+    EXPECT_EQ(ErrorsOf([&] { _dispatcher.AddDefaultDirectories(); }),
+              "Unable to open directory /usr/lib/orvane/quorcli for plugin registration\n"
+              "Unable to open directory /usr/lib/orvane/quorcli/ext for plugin registration\n");
+    systemFoldersAskedFor = nullptr;
+    EXPECT_THAT(asked,
+                ElementsAre("/usr/lib/orvane/quorcli/lib64",
+                            "/usr/lib/orvane/quorcli",
+                            "/usr/lib/orvane/quorcli/ext/lib64",
+                            "/usr/lib/orvane/quorcli/ext"));
+}
+
+TEST_F(PluginLoadingTest, FeatureSwitchesDecideAboutTwoDescriptors) {
+    const std::string folder = _directory.Path();
+    _directory.Write("quorcli-syslog.xml", Descriptor("syslog"));
+    _directory.Write("dwelquorcmd.xml", Descriptor("dwelquor"));
+    const unsigned char off = 0;
+    const unsigned char on = 2;
+    struct Case {
+        const unsigned char* feature326;
+        const unsigned char* feature405;
+        std::vector<std::string> expected;
+    };
+    for (const Case& test : std::vector<Case>{{&off, &off, {"quorcli", "syslog"}},
+                                              {&on, &off, {"quorcli"}},
+                                              {&off, &on, {"dwelquor", "quorcli", "syslog"}},
+                                              {&on, &on, {"dwelquor", "quorcli"}},
+                                              {nullptr, nullptr, {"quorcli", "syslog"}}}) {
+        Dispatcher dispatcher;
+        FeatureList[326] = test.feature326;
+        FeatureList[405] = test.feature405;
+        dispatcher.AddExternalDirectory(folder);
+        EXPECT_EQ(dispatcher.GetRootNamespace()->GetNamespaceNodeNames(), test.expected);
+    }
+    FeatureState_InitDeltaMode();
+}
+
+TEST(PluginLoading, FeatureSwitchesAreSetUpByTheDispatcher) {
+    FeatureList[326] = nullptr;
+    const Dispatcher dispatcher;
+    ASSERT_NE(FeatureList[326], nullptr);
+    EXPECT_EQ(*FeatureList[326], 0);
+}
+
+}  // namespace
+}  // namespace Corvel::Testing

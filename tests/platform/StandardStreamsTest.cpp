@@ -1,0 +1,100 @@
+#include <errno.h>
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <iostream>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "corvel/platform/FileDescriptor.h"
+#include "corvel/platform/StandardStreams.h"
+
+namespace Corvel::Platform {
+namespace {
+
+/// As long as it lives standard output is this file, opened for writing.
+class OutputTo {
+public:
+    explicit OutputTo(const char* path) : _saved(fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 3)) {
+        std::cout.flush();
+        const FileDescriptor file(open(path, O_WRONLY | O_CLOEXEC));
+        dup2(file.Get(), STDOUT_FILENO);
+    }
+    OutputTo(const OutputTo&) = delete;
+    OutputTo& operator=(const OutputTo&) = delete;
+    ~OutputTo() {
+        dup2(_saved.Get(), STDOUT_FILENO);
+        std::cout.clear();
+        FlushStandardOutput();
+    }
+
+private:
+    FileDescriptor _saved;
+};
+
+std::string Captured() {
+    return testing::internal::GetCapturedStderr();
+}
+
+constexpr const char* kFull = "Unable to write to standard output: No space left on device\n";
+
+TEST(StandardStreams, OutputThatWentOutIsNoNews) {
+    testing::internal::CaptureStdout();
+    testing::internal::CaptureStderr();
+    std::cout << "text";
+    EXPECT_TRUE(FlushStandardOutput());
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "text");
+    EXPECT_EQ(Captured(), "");
+}
+
+TEST(StandardStreams, FailureIsToldOnceUntilTheStreamIsCleared) {
+    const OutputTo full("/dev/full");
+    testing::internal::CaptureStderr();
+    std::cout << "text";
+    EXPECT_FALSE(FlushStandardOutput());
+    EXPECT_EQ(Captured(), kFull);
+
+    testing::internal::CaptureStderr();
+    std::cout << "more";
+    EXPECT_FALSE(FlushStandardOutput());
+    EXPECT_EQ(Captured(), "");
+
+    testing::internal::CaptureStderr();
+    std::cout.clear();
+    EXPECT_TRUE(FlushStandardOutput());
+    std::cout << "again";
+    EXPECT_FALSE(FlushStandardOutput());
+    EXPECT_EQ(Captured(), kFull);
+}
+
+TEST(StandardStreams, FailureWhileWritingIsToldLikeOneWhileFlushing) {
+    const OutputTo full("/dev/full");
+    testing::internal::CaptureStderr();
+    const std::string large(1 << 20, 'x');
+    std::cout.write(large.data(), static_cast<std::streamsize>(large.size()));
+    EXPECT_FALSE(FlushStandardOutput());
+    EXPECT_EQ(Captured(), kFull);
+}
+
+TEST(StandardStreams, FailureWithoutReasonIsAnInputOutputError) {
+    const OutputTo null("/dev/null");
+    testing::internal::CaptureStderr();
+    std::cout.setstate(std::ios::badbit);
+    errno = 0;
+    EXPECT_FALSE(FlushStandardOutput());
+    EXPECT_EQ(Captured(), "Unable to write to standard output: Input/output error\n");
+}
+
+TEST(StandardStreams, ErrorLinesComeBehindWhatWasWrittenBefore) {
+    const OutputTo sameAsErrors("/dev/stderr");
+    testing::internal::CaptureStderr();
+    dup2(STDERR_FILENO, STDOUT_FILENO);
+    std::cout << "output\n";
+    WriteErrorLines("errors\n");
+    std::cout << "more output\n" << std::flush;
+    EXPECT_EQ(Captured(), "output\nerrors\nmore output\n");
+}
+
+}  // namespace
+}  // namespace Corvel::Platform
