@@ -28,7 +28,7 @@ public:
     }
 
 private:
-    static constexpr std::size_t kLarge = 64 * 1024;
+    static constexpr std::size_t kLarge = std::size_t{64} * 1024;
 
     std::ostream& _stream;
     std::string _text;

@@ -134,6 +134,7 @@ struct Number {
 Number ReadSigned(long value, PrintfFormat::Length length) {
     switch (length) {
         case PrintfFormat::Length::Char:
+            // NOLINTNEXTLINE(bugprone-signed-char-misuse): a number, whose sign is to be kept
             value = static_cast<signed char>(value);
             break;
         case PrintfFormat::Length::Short:

@@ -13,12 +13,14 @@ using MetaObj::ValueView;
 
 namespace {
 
-/// A value of which only the type is known, for the sake of its error line.
-ValueView Unreadable(MetaType type) {
-    ValueView value;
-    value.kind = MetaObj::ValueKind::Mismatch;
-    value.type = type;
-    return value;
+/// The value; without one, a value of that type which cannot be read.
+ValueView ViewAs(MetaType type, const MetaObj::MetaObject* value) {
+    ValueView view = MetaObj::View(value);
+    if (view.kind == MetaObj::ValueKind::Null) {
+        view.kind = MetaObj::ValueKind::Mismatch;
+        view.type = type;
+    }
+    return view;
 }
 
 }  // namespace
@@ -80,25 +82,21 @@ void SimpleFormatter::Format(const std::shared_ptr<MetaObj::MetaObject>& value,
                              const FormatParameters& parameters,
                              std::ostream& stream,
                              int level) const {
-    SimpleRendering(parameters, stream).Render(MetaObj::View(value.get()), level);
+    WriteSimple(MetaObj::View(value.get()), parameters, stream, level);
 }
 
 void SimpleFormatter::FormatStruct(const std::shared_ptr<MetaObj::MetaStruct>& structure,
                                    const FormatParameters& parameters,
                                    std::ostream& stream,
                                    int level) const {
-    SimpleRendering(parameters, stream)
-        .Render(
-            structure == nullptr ? Unreadable(MetaType::Struct) : MetaObj::View(structure.get()),
-            level);
+    WriteSimple(ViewAs(MetaType::Struct, structure.get()), parameters, stream, level);
 }
 
 void SimpleFormatter::FormatList(const std::shared_ptr<MetaObj::MetaList>& list,
                                  const FormatParameters& parameters,
                                  std::ostream& stream,
                                  int level) const {
-    SimpleRendering(parameters, stream)
-        .Render(list == nullptr ? Unreadable(MetaType::List) : MetaObj::View(list.get()), level);
+    WriteSimple(ViewAs(MetaType::List, list.get()), parameters, stream, level);
 }
 
 }  // namespace Corvel::AutoCli

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <map>
-#include <numeric>
 #include <string>
 #include <string_view>
 
@@ -108,20 +107,21 @@ private:
     bool RenderCells() {
         _cells.reserve(_rows.size() * _columns.size());
         for (const std::shared_ptr<MetaObject>& row : _rows) {
-            if (MetaObj::View(row.get()).kind != ValueKind::Struct) {
+            const MetaStruct* structure = MetaObj::View(row.get()).structure;
+            if (structure == nullptr) {
                 _out += "Error: Unexpected type, unable to get struct from list\n";
                 return false;
             }
-            if (!RenderRow(std::static_pointer_cast<MetaStruct>(row))) {
+            if (!RenderRow(row, *structure)) {
                 return false;
             }
         }
         return true;
     }
 
-    bool RenderRow(const std::shared_ptr<MetaStruct>& row) {
-        const MetaObj::StructView fields(*row);
-        const std::vector<FieldStyle>& styles = StylesOf(row->GetTypeName());
+    bool RenderRow(const std::shared_ptr<MetaObject>& row, const MetaStruct& structure) {
+        const MetaObj::StructView fields(structure);
+        const std::vector<FieldStyle>& styles = StylesOf(structure.GetTypeName());
         std::shared_ptr<MetaObject> nested;
         for (std::size_t i = 0; i < _columns.size(); ++i) {
             Column& column = _columns[i];
@@ -138,16 +138,17 @@ private:
         return true;
     }
 
+    /// @param fields  those of the row.
     /// @param nested  keeps what a dotted path leads to.
-    static ValueView Find(const std::shared_ptr<MetaStruct>& row,
+    static ValueView Find(const std::shared_ptr<MetaObject>& row,
                           const MetaObj::StructView& fields,
-                          Column& column,
+                          const Column& column,
                           std::shared_ptr<MetaObject>& nested) {
-        if (column.isPath) {
-            nested = GetSubField(row, column.name);
-            return MetaObj::View(nested.get());
+        if (!column.isPath) {
+            return fields.Find(column.name);
         }
-        return fields.Find(column.name);
+        nested = GetSubField(std::static_pointer_cast<MetaStruct>(row), column.name);
+        return MetaObj::View(nested.get());
     }
 
     /// One style for each column.
@@ -195,13 +196,11 @@ private:
         std::size_t begin = 0;
         auto cell = _cells.cbegin();
         for (const std::shared_ptr<MetaObject>& row : _rows) {
-            for (Column& column : _columns) {
+            for (const Column& column : _columns) {
                 const auto text = std::string_view(_cellText).substr(begin, cell->End() - begin);
                 if (wrapIndent == 0 || !IsLast(column)) {
                     WriteCell(text, column, cell->IsRightAligned());
-                } else if (!WriteWrapped(std::static_pointer_cast<MetaStruct>(row),
-                                         column,
-                                         static_cast<int>(wrapIndent))) {
+                } else if (!WriteWrapped(row, column, static_cast<int>(wrapIndent))) {
                     return false;
                 }
                 begin = cell->End();
@@ -224,9 +223,10 @@ private:
     }
 
     /// Deliberate: a wrapped cell is the plain text of its value, without printf and units.
-    bool WriteWrapped(const std::shared_ptr<MetaStruct>& row, Column& column, int indent) {
+    bool WriteWrapped(const std::shared_ptr<MetaObject>& row, const Column& column, int indent) {
+        const MetaObj::StructView fields(*MetaObj::View(row.get()).structure);
         std::shared_ptr<MetaObject> nested;
-        const ValueView value = Find(row, MetaObj::StructView(*row), column, nested);
+        const ValueView value = Find(row, fields, column, nested);
         if (value.kind == ValueKind::Null) {
             _out += "Unknown column " + column.name;
             return false;

@@ -120,6 +120,22 @@ TEST(CliDispatcherHelpFormatter, PathMayHoldAnyScalars) {
                          "Available Commands: \n"}));
 }
 
+TEST(CliDispatcherHelpFormatter, NullNameInThePathIsAnEmptyOne) {
+    auto path = MetaList::New(MetaType::String);
+    path->Add("storage");
+    ForceInto(*path, nullptr);
+    auto listing = Listing({}, Nodes({}));
+    listing->SetField("Path", path);
+    EXPECT_EQ(Help(listing),
+              (Rendering{true,
+                         "Usage: quorcli [disp options] storage  <namespaces> <command>\n"
+                         "\n"
+                         "For help please run quorcli --help\n"
+                         "\n"
+                         "Available Namespaces: \n"
+                         "Available Commands: \n"}));
+}
+
 TEST(CliDispatcherHelpFormatter, MissingFieldsReadAsEmptyAndABadList) {
     const Rendering expected{true,
                              "Usage:  [disp options] <namespaces> <command>\n"

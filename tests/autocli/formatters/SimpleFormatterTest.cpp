@@ -406,6 +406,19 @@ TEST(SimpleFormatter, DecorationOfATypeWhoseNameBeginsAlikeDoesNotMatter) {
               "   Size: 5\n");
 }
 
+TEST(SimpleFormatter, NullItemIsPrintedAsNothing) {
+    auto disks = MetaList::New(MetaType::Struct, Disk("", 0));
+    ForceInto(*disks, nullptr);
+    disks->Add(Disk("sda", 5));
+    EXPECT_EQ(Simple(disks),
+              "\n"
+              "\n"
+              "Disk:\n"
+              "   Name: sda\n"
+              "   Size: 5\n"
+              "\n");
+}
+
 TEST(SimpleFormatter, ValueOfAForeignClassIsAnErrorLine) {
     EXPECT_EQ(Simple(FalseValue::New(MetaType::Bool)), "Error reading a bool\n");
     EXPECT_EQ(Simple(FalseValue::New(MetaType::Int)), "Error reading a int\n");

@@ -70,12 +70,6 @@ std::shared_ptr<MetaList> Items() {
     return items;
 }
 
-/// What no list takes, put there by somebody who casts constness away.
-void ForceInto(MetaList& list, std::shared_ptr<MetaObject> item) {
-    const_cast<std::vector<std::shared_ptr<MetaObject>>&>(list.GetObjects())
-        .push_back(std::move(item));
-}
-
 TEST(TableFormatter, DescribesItself) {
     const auto formatter = TableFormatter::New();
     EXPECT_EQ(formatter->GetName(), "table");

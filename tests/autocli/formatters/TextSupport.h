@@ -15,6 +15,7 @@
 #include "corvel/autocli/formatters/FormatParameters.h"
 #include "corvel/autocli/formatters/Formatter.h"
 #include "corvel/callspec/Output.h"
+#include "corvel/metaobj/MetaList.h"
 #include "corvel/metaobj/MetaObject.h"
 
 namespace Corvel::AutoCli {
@@ -49,6 +50,12 @@ inline Rendering Render(Formatter& formatter,
     std::ostringstream stream;
     const bool isComplete = formatter.Format(output, parameters, display, stream);
     return {isComplete, stream.str()};
+}
+
+/// Puts into a list what it would not take, as somebody does who casts constness away.
+inline void ForceInto(MetaObj::MetaList& list, std::shared_ptr<MetaObj::MetaObject> item) {
+    const_cast<std::vector<std::shared_ptr<MetaObj::MetaObject>>&>(list.GetObjects())
+        .push_back(std::move(item));
 }
 
 /// The declared parameters of a formatter are exactly these.
