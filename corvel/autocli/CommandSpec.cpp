@@ -67,16 +67,17 @@ void SetExampleFields(MetaStruct& item, const std::string& description, const st
     item.SetField("Syntax", syntax);
 }
 
-/// @param prefix  what stands before the arguments on the command line.
+/// @param call  what stands before the arguments on the command line.
 std::shared_ptr<MetaList> NewExampleList(const std::vector<CommandSpec::Example>& examples,
-                                         const std::string& prefix) {
+                                         const std::string& call) {
+    // Deliberate: looks like the prompt of a root shell.
+    const std::string prefix = "# " + call + " ";
     const std::shared_ptr<MetaStruct> definition = MetaStruct::New("QuorCliCommandExample");
     SetExampleFields(*definition, "", "");
     std::shared_ptr<MetaList> list = MetaList::New(MetaType::Struct, definition);
     for (const auto& [arguments, description] : examples) {
         const std::shared_ptr<MetaStruct> item = MetaStruct::New(definition);
-        // Deliberate: the "# " looks like the prompt of a root shell.
-        SetExampleFields(*item, description + " :", "# " + prefix + " " + arguments);
+        SetExampleFields(*item, description + " :", prefix + arguments);
         list->Add(item);
     }
     return list;
@@ -194,16 +195,16 @@ FormatParameters CommandSpec::GetDefaultOutputFormatParameters() const {
 void CommandSpec::GenerateHelpOutput(const std::shared_ptr<CallSpec::Input>& input,
                                      const std::shared_ptr<CallSpec::Output>& output) {
     const std::shared_ptr<MetaStruct> help = MetaStruct::New("QuorCliCommandHelp");
-    std::string prefix;
+    std::string call;
     if (const auto commandInput = std::dynamic_pointer_cast<CommandInput>(input)) {
         const std::string path = commandInput->GetCommandPathString();
-        prefix = commandInput->GetDispatcher() + " " + path;
+        call = commandInput->GetDispatcher() + " " + path;
         help->SetField("Dispatcher", commandInput->GetDispatcher());
         help->SetField("Path", path);
     }
     help->SetField("Description", GetDescription());
     help->SetField("Param List", NewParameterList(*GetInputSpec()));
-    help->SetField("Example List", NewExampleList(_examples, prefix));
+    help->SetField("Example List", NewExampleList(_examples, call));
     output->SetRootObject(help);
     output->SetOutputType(CallSpec::Output::OutputType::Help);
 }

@@ -145,7 +145,7 @@ std::vector<std::string> ValuesOf(const std::vector<OptionParser::Parameter>& pa
 
 void AppendParameters(const std::vector<OptionParser::Parameter>& parameters, std::string& text) {
     for (const auto& [name, value] : parameters) {
-        text += "\n   --" + name + " = '" + value + "'";
+        text.append("\n   --").append(name).append(" = '").append(value).append("'");
     }
 }
 

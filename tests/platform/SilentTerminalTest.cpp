@@ -7,10 +7,11 @@
 #include <termios.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <cstdlib>
-#include <cstring>
+#include <iterator>
 #include <string>
 #include <thread>
 
@@ -44,8 +45,7 @@ public:
         EXPECT_EQ(write(_master, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));
     }
     termios Settings() const {
-        termios settings;
-        std::memset(&settings, 0, sizeof settings);
+        termios settings = {};
         EXPECT_EQ(tcgetattr(_descriptor, &settings), 0);
         return settings;
     }
@@ -56,15 +56,22 @@ private:
     int _descriptor = -1;
 };
 
-/// What the handler of the program's own saw.
-const Terminal* watched = nullptr;
+bool SameSettings(const termios& a, const termios& b) {
+    return a.c_iflag == b.c_iflag && a.c_oflag == b.c_oflag && a.c_cflag == b.c_cflag &&
+           a.c_lflag == b.c_lflag && std::equal(std::begin(a.c_cc), std::end(a.c_cc), b.c_cc) &&
+           cfgetispeed(&a) == cfgetispeed(&b) && cfgetospeed(&a) == cfgetospeed(&b);
+}
+
+/// What a handler of the program's own looks at, and what it saw.
+int watchedDescriptor = -1;
 std::atomic<int> calls = 0;
 std::atomic<bool> echoedAtCall = false;
 std::atomic<bool> readReturned = false;
 
 extern "C" void Watch(int /*signal*/) {
     ++calls;
-    echoedAtCall = watched->Echoes();
+    termios settings;
+    echoedAtCall = tcgetattr(watchedDescriptor, &settings) == 0 && (settings.c_lflag & ECHO) != 0;
 }
 
 extern "C" void IgnoreFromNowOn(int signal) {
@@ -107,10 +114,10 @@ TEST(SilentTerminal, SwitchesNothingButTheEchoOffAndPutsAllBack) {
         termios expected = before;
         expected.c_lflag &= ~static_cast<tcflag_t>(ECHO);
         const termios during = terminal.Settings();
-        EXPECT_EQ(std::memcmp(&during, &expected, sizeof during), 0);
+        EXPECT_TRUE(SameSettings(during, expected));
     }
     const termios after = terminal.Settings();
-    EXPECT_EQ(std::memcmp(&after, &before, sizeof after), 0);
+    EXPECT_TRUE(SameSettings(after, before));
 }
 
 TEST(SilentTerminal, LeavesATerminalSilentThatWas) {
@@ -157,7 +164,7 @@ TEST(SilentTerminal, LeavesAnIgnoredSignalIgnored) {
 
 TEST(SilentTerminal, EchoesWhileAHandlerOfTheProgramRunsAndIsSilentAfterwards) {
     const Terminal terminal;
-    watched = &terminal;
+    watchedDescriptor = terminal.Descriptor();
     for (const int signal : kSignals) {
         const ActionScope action(signal, Watch);
         const SilentTerminal silence(terminal.Descriptor());
@@ -185,14 +192,14 @@ TEST(SilentTerminal, KeepsTheActionThatAHandlerChose) {
     EXPECT_EQ(HandlerOf(SIGTERM), SIG_IGN);
 }
 
-/// Reads the terminal in this thread while another one sends it SIGTERM until `stop` holds, and then
+/// Reads the terminal in this thread while another one sends it SIGINT until `stop` holds, and then
 /// types a line.
 template <typename Condition>
 ssize_t ReadUnderSignals(const Terminal& terminal, Condition stop) {
     const pthread_t reader = pthread_self();
     std::thread other([&] {
         while (!stop()) {
-            pthread_kill(reader, SIGTERM);
+            pthread_kill(reader, SIGINT);
             std::this_thread::yield();
         }
         terminal.Type("word\n");
@@ -206,24 +213,24 @@ ssize_t ReadUnderSignals(const Terminal& terminal, Condition stop) {
 
 TEST(SilentTerminal, ReadingGoesOnAfterAHandlerThatRestartsCalls) {
     const Terminal terminal;
-    watched = &terminal;
-    const ActionScope action(SIGTERM, Watch, SA_RESTART);
+    watchedDescriptor = terminal.Descriptor();
+    const ActionScope action(SIGINT, Watch, SA_RESTART);
     const SilentTerminal silence(terminal.Descriptor());
     EXPECT_EQ(ReadUnderSignals(terminal, [] { return calls >= 100; }), 5);
 }
 
 TEST(SilentTerminal, ReadingEndsAfterAHandlerThatInterruptsCalls) {
     const Terminal terminal;
-    watched = &terminal;
+    watchedDescriptor = terminal.Descriptor();
     readReturned = false;
-    const ActionScope action(SIGTERM, Watch, 0);
+    const ActionScope action(SIGINT, Watch, 0);
     const SilentTerminal silence(terminal.Descriptor());
     EXPECT_EQ(ReadUnderSignals(terminal, [] { return readReturned.load(); }), -1);
 }
 
 TEST(SilentTerminal, KeepsWhatWasTypedWhenTheProgramHandlesTheSignal) {
     const Terminal terminal;
-    watched = &terminal;
+    watchedDescriptor = terminal.Descriptor();
     const ActionScope action(SIGTERM, Watch);
     const SilentTerminal silence(terminal.Descriptor());
     terminal.Type("se");

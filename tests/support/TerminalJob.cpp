@@ -42,6 +42,7 @@ int OpenTerminal() {
 
 std::vector<char*> PointersTo(const std::vector<std::string>& texts) {
     std::vector<char*> pointers;
+    pointers.reserve(texts.size() + 1);
     for (const std::string& text : texts) {
         pointers.push_back(const_cast<char*>(text.c_str()));
     }
@@ -169,7 +170,7 @@ std::string TerminalJob::ReadUntil(const std::string& text) {
             throw std::runtime_error("the program ended after '" + _shown + "'");
         }
     }
-    const std::string shown = _shown.substr(0, found + text.size());
+    std::string shown = _shown.substr(0, found + text.size());
     _shown.erase(0, shown.size());
     return shown;
 }
@@ -191,7 +192,7 @@ void TerminalJob::Signal(int signal) {
 }
 
 std::string TerminalJob::Wait() {
-    const std::string event = ReadLineOfShell();
+    std::string event = ReadLineOfShell();
     _ended = event.rfind("stopped ", 0) != 0;
     return event;
 }
