@@ -10,10 +10,17 @@
 
 namespace Corvel::CallSpec {
 
+using MetaObj::TextOrEmpty;
+
 namespace {
 
 bool IsBefore(const std::shared_ptr<ParameterSpec>& parameter, const std::string& name) {
     return parameter->GetName() < name;
+}
+
+std::string ShortNameTaken(const ParameterSpec& parameter, const ParameterSpec& other) {
+    return "Invalid short name specified for --" + parameter.GetName() + ". The short name -" +
+           parameter.GetShortName() + " is already used for --" + other.GetName();
 }
 
 }  // namespace
@@ -55,9 +62,7 @@ void InputSpec::RequireNew(const ParameterSpec* parameter) const {
                 "Found a duplicate paramater specification for parameter named '" + name + "'");
         }
         if (!shortName.empty() && other->GetShortName() == shortName) {
-            throw CorvelException("Invalid short name specified for --" + name +
-                                  ". The short name -" + shortName + " is already used for --" +
-                                  other->GetName());
+            throw CorvelException(ShortNameTaken(*parameter, *other));
         }
     }
 }
@@ -77,12 +82,16 @@ std::shared_ptr<ParameterSpec> InputSpec::FindParameter(const std::string& name)
     return last == _parameters.end() ? nullptr : *last;
 }
 
+std::shared_ptr<ParameterSpec> InputSpec::FindParameter(const char* name) const {
+    return FindParameter(std::string(TextOrEmpty(name)));
+}
+
 void InputSpec::SetContextSupported(const std::string& name) {
     _contexts.insert(name);
 }
 
 void InputSpec::SetContextSupported(const char* name) {
-    _contexts.insert(MetaObj::TextOrEmpty(name));
+    _contexts.insert(TextOrEmpty(name));
 }
 
 bool InputSpec::IsContextSupported(const std::string& name) const {
@@ -90,7 +99,7 @@ bool InputSpec::IsContextSupported(const std::string& name) const {
 }
 
 bool InputSpec::IsContextSupported(const char* name) const {
-    return IsContextSupported(std::string(MetaObj::TextOrEmpty(name)));
+    return IsContextSupported(std::string(TextOrEmpty(name)));
 }
 
 const std::set<std::string>& InputSpec::GetContexts() const {

@@ -44,6 +44,7 @@ public:
     const std::vector<std::shared_ptr<ParameterSpec>>& GetParameters() const;
     /// @return the parameter of this long name, or an empty reference when there is none.
     std::shared_ptr<ParameterSpec> FindParameter(const std::string& name) const;
+    std::shared_ptr<ParameterSpec> FindParameter(const char* name) const;
 
     /// Does nothing for a name that is there already.
     void SetContextSupported(const std::string& name);

@@ -31,8 +31,7 @@ enum class ParameterConstraintType : std::uint32_t {
 /// Texts:     null, as a C string, counts as empty text.
 class CORVEL_EXPORT ParameterConstraint final {
 public:
-    /// A constraint that accepts nothing yet but what None, the range from 0 to 0, no values and the
-    /// empty pattern accept.
+    /// An empty constraint: the range from 0 to 0, a set without values, the empty pattern.
     static std::shared_ptr<ParameterConstraint> New(ParameterConstraintType type);
 
     ParameterConstraint(const ParameterConstraint&) = delete;

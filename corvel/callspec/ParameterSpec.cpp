@@ -61,7 +61,7 @@ std::string DescribedValues(const ParameterConstraint& constraint) {
     }
     std::string text;
     for (const auto& [value, description] : constraint.GetStringEnumWithDesc()) {
-        text += "\n    " + value + ": " + description;
+        text.append("\n    ").append(value).append(": ").append(description);
     }
     return text + "\n";
 }

@@ -63,6 +63,10 @@ Answer Validate(const InputSpec& spec, const Given& given) {
     return {valid, output->GetErrors()};
 }
 
+std::string MultipleValues(const std::string& name) {
+    return "Found multiple values for " + name + " this parameter can only accept a single value.";
+}
+
 TEST(InputSpec, FreshOneIsEmpty) {
     const auto spec = InputSpec::New();
     EXPECT_TRUE(spec->GetParameters().empty());
@@ -184,6 +188,8 @@ TEST(InputSpec, FindsParametersByLongName) {
     for (const std::string name : {"", "h", "aa", "beta", "sizes", "zz"}) {
         EXPECT_EQ(spec->FindParameter(name), nullptr) << "'" << name << "'";
     }
+    EXPECT_EQ(spec->FindParameter("size"), spec->FindParameter(std::string("size")));
+    EXPECT_EQ(spec->FindParameter(nullptr), nullptr);
     EXPECT_EQ(InputSpec::New()->FindParameter("size"), nullptr);
 }
 
@@ -244,8 +250,7 @@ TEST(InputSpec, AllProblemsAreToldInOrderOfNames) {
     EXPECT_EQ(Validate(*spec, {{"xx", "1"}, {"count", "many"}, {"count", "3"}, {"bb", "2"}}),
               Answer(false,
                      {"Unknown parameter : bb",
-                      "Found multiple values for count this parameter can only accept a single "
-                      "value.",
+                      MultipleValues("count"),
                       "Invalid data 'many' for parameter count expected type Integer",
                       "Unknown parameter : xx",
                       "Missing required parameter --area",
@@ -255,9 +260,7 @@ TEST(InputSpec, AllProblemsAreToldInOrderOfNames) {
 
 TEST(InputSpec, MessageAloneDoesNotMakeTheInputInvalid) {
     EXPECT_EQ(Validate(*SpecOf({"size"}), {{"size", "1"}, {"size", "2"}}),
-              Answer(true,
-                     {"Found multiple values for size this parameter can only accept a single "
-                      "value."}));
+              Answer(true, {MultipleValues("size")}));
 }
 
 }  // namespace
