@@ -1,6 +1,7 @@
 #include "corvel/autocli/plugins/CommandList.h"
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -77,17 +78,24 @@ private:
 class Listing {
 public:
     explicit Listing(const NamespaceNode& node)
-        : _path(node.GetPathString('.')), _children(node.GetNamespaceNodes()) {}
+        : _node(&node), _children(node.GetNamespaceNodes()) {}
 
-    const std::string& Path() const { return _path; }
     std::size_t Count() const { return _children.size(); }
     /// @return the next child, or null after the last one.
-    NamespaceNode* Next() { return _next == Count() ? nullptr : _children[_next++].get(); }
+    const NamespaceNode* Next() { return _next == Count() ? nullptr : _children[_next++].get(); }
+    /// Made when a command needs it: the paths of a deep tree without commands on the way are long.
+    const std::string& Path() {
+        if (!_path) {
+            _path = _node->GetPathString('.');
+        }
+        return *_path;
+    }
 
 private:
-    std::string _path;
+    const NamespaceNode* _node;
     std::vector<std::shared_ptr<NamespaceNode>> _children;
     std::size_t _next = 0;
+    std::optional<std::string> _path;
 };
 
 /// Adds what the filters accept of everything below a node. A stack of our own: the tree may be

@@ -14,6 +14,13 @@
 namespace Corvel::AutoCli {
 namespace {
 
+/// Whether an error is want of memory. A text beyond the limits of libxml2 2.9 has the same code.
+bool IsWantOfMemory(const xmlError& error) {
+    return error.code == XML_ERR_NO_MEMORY &&
+           (error.message == nullptr ||
+            std::string_view(error.message).find("huge text node") == std::string_view::npos);
+}
+
 /// While it lives, libxml2 reports the errors of this thread here instead of to standard error. The
 /// parser's own switch for that is not enough: character decoders report past the parser.
 class ErrorWatch {
@@ -21,7 +28,7 @@ public:
     ErrorWatch() : _previous(xmlStructuredError), _previousContext(xmlStructuredErrorContext) {
         // libxml2 2.12 made the error const; a generic function fits both.
         xmlSetStructuredErrorFunc(this, [](void* watch, auto* error) {
-            static_cast<ErrorWatch*>(watch)->_outOfMemory |= error->code == XML_ERR_NO_MEMORY;
+            static_cast<ErrorWatch*>(watch)->_outOfMemory |= IsWantOfMemory(*error);
         });
     }
     ErrorWatch(const ErrorWatch&) = delete;

@@ -1,3 +1,5 @@
+#include <sys/stat.h>
+
 #include <climits>
 #include <cstdlib>
 #include <new>
@@ -11,9 +13,12 @@
 #include "corvel/autocli/plugins/XmlDocument.h"
 #include "corvel/autocli/plugins/XmlNodes.h"
 #include "corvel/metaobj/MetaObject.h"
+#include "tests/support/TemporaryDirectory.h"
 
 namespace Corvel::AutoCli {
 namespace {
+
+using Testing::TemporaryDirectory;
 
 /// Makes one allocation of libxml2 fail: the one with this number, counted from 1; 0 for none.
 class FailingAllocation {
@@ -58,6 +63,35 @@ TEST(XmlDocument, TextLongerThanTheParserCountsIsUnparseable) {
     const auto document =
         XmlDocument::Parse(std::string_view(&text, static_cast<std::size_t>(INT_MAX) + 1), "test");
     EXPECT_FALSE(document.IsParsed());
+}
+
+TEST(XmlDocument, FileIsParsedAsItsTextIs) {
+    const TemporaryDirectory folder;
+    const auto document = XmlDocument::ParseFile(folder.Write("file.xml", "<o><p/></o>"));
+    EXPECT_TRUE(document.IsParsed());
+    EXPECT_EQ("o", NodeName(document.GetRoot()));
+    for (const std::string& text : {std::string(), std::string("<o>"), std::string("<o/><p/>")}) {
+        EXPECT_FALSE(XmlDocument::ParseFile(folder.Write("bad.xml", text)).IsParsed()) << text;
+    }
+}
+
+TEST(XmlDocument, WhatIsNoRegularFileIsUnparseable) {
+    const TemporaryDirectory folder;
+    const std::string fifo = folder.File("fifo");
+    ASSERT_EQ(0, mkfifo(fifo.c_str(), 0600));
+    for (const std::string& path : {fifo,
+                                    folder.Path().string(),
+                                    std::string("/dev/zero"),
+                                    folder.File("nosuch"),
+                                    std::string("-"),
+                                    std::string()}) {
+        EXPECT_FALSE(XmlDocument::ParseFile(path).IsParsed()) << path;
+    }
+}
+
+TEST(XmlDocument, FileThatCannotBeReadIsUnparseable) {
+    // A regular file whose reading fails from its first byte on: unmapped memory of this process.
+    EXPECT_FALSE(XmlDocument::ParseFile("/proc/self/mem").IsParsed());
 }
 
 TEST(XmlDocument, WantOfMemoryNeverTurnsIntoALostOrOtherValue) {

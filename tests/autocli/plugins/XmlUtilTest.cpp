@@ -266,6 +266,7 @@ TEST(XmlUtilParseXmlOutput, LongTextsAreReadWhole) {
     ASSERT_NE(nullptr, value);
     EXPECT_TRUE(megabytes == value->ToString());
     EXPECT_EQ("none", Read("<o><string a=\"x" + megabytes + "\"/></o>"));
+    EXPECT_EQ("none", Read("<o><string>x" + megabytes + "&amp;x</string></o>"));
 }
 
 TEST(XmlUtilParseXmlOutput, HostsErrorHandlersStayInForce) {
