@@ -243,6 +243,8 @@ std::size_t MetaStruct::SlotFor(const std::string& name) {
     return AddSlot(name);
 }
 
+// Only a structure without definition gets here, and it shares its layout with no other: sharing
+// begins when it becomes a definition, which locks it.
 std::size_t MetaStruct::AddSlot(const std::string& name) {
     constexpr std::size_t kAbsentNamesKept = 16;
     if (_layout->slots.size() > 2 * _fieldCount + kAbsentNamesKept) {

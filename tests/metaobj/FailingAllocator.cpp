@@ -14,7 +14,7 @@ std::size_t sFailures = 0;
 }  // namespace
 
 // The linker puts __wrap_malloc in the place of malloc (--wrap).
-// NOLINTBEGIN(bugprone-reserved-identifier): the linker chooses the names
+// NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming): the linker chooses the names
 extern "C" {
 void* __real_malloc(std::size_t size);
 
@@ -24,7 +24,7 @@ void* __wrap_malloc(std::size_t size) {
     return fails ? nullptr : __real_malloc(size);
 }
 }
-// NOLINTEND(bugprone-reserved-identifier)
+// NOLINTEND(bugprone-reserved-identifier,readability-identifier-naming)
 
 void* operator new(std::size_t size) {
     void* const memory = std::malloc(size == 0 ? 1 : size);
