@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdio>
 #include <cstdlib>
 #include <iostream>
 #include <list>
@@ -92,6 +93,14 @@ void AddParseErrors(const OptionParser& parser, CallSpec::Output& output) {
     for (const std::string& error : parser.GetParseErrors()) {
         output.AddErrorMessage(error);
     }
+}
+
+/// Tells that a file of command lines broke off. @return whether it did not.
+bool CheckReading(const std::string& name, bool failed) {
+    if (failed) {
+        Platform::WriteErrorLines("Unable to read file " + name + "\n");
+    }
+    return !failed;
 }
 
 std::string_view TypeWord(NamespaceNodeType type) {
@@ -239,14 +248,16 @@ bool CliDispatcher::HandleInput(const OptionParser& parser) {
     }
     const std::string& name = names.front();
     if (name == "STDIN") {
-        return ParseStreamInput(std::cin);
+        const bool result = ParseStreamInput(std::cin);
+        return CheckReading(name, std::cin.bad() || std::ferror(stdin) != 0) && result;
     }
     Platform::InputFile file(name);
     if (!file.IsOpen()) {
         Platform::WriteErrorLines("Unable to open file " + name + "\n");
         return false;
     }
-    return ParseStreamInput(file.Stream());
+    const bool result = ParseStreamInput(file.Stream());
+    return CheckReading(name, file.Stream().bad()) && result;
 }
 
 bool CliDispatcher::HandlePath(OptionParser& parser,
@@ -278,6 +289,7 @@ bool CliDispatcher::RunCommand(OptionParser& parser,
     if (output->HasError()) {
         return false;
     }
+    // What was printed so far stands before everything that a child of the command writes.
     Platform::FlushStandardOutput();
     return ExecuteCommand(input, output);
 }

@@ -14,6 +14,7 @@
 #include "corvel/autocli/plugins/Plugin.h"
 #include "corvel/callspec/InputSpec.h"
 #include "corvel/metaobj/CorvelException.h"
+#include "corvel/metaobj/NullText.h"
 #include "corvel/platform/Platform.h"
 
 namespace Corvel::AutoCli {
@@ -43,10 +44,6 @@ std::vector<std::string> FormatterNames(Plugin& plugin) {
         }
     }
     return names;
-}
-
-std::string NotNull(const char* text) {
-    return text != nullptr ? text : "";
 }
 
 }  // namespace
@@ -144,7 +141,7 @@ std::shared_ptr<Plugin> Dispatcher::FindProvider(const std::string& formatter) c
 }
 
 bool Dispatcher::HasFormatter(const char* name) const {
-    return HasFormatter(NotNull(name));
+    return HasFormatter(std::string(MetaObj::TextOrEmpty(name)));
 }
 
 bool Dispatcher::HasFormatter(const std::string& name) const {
@@ -152,7 +149,7 @@ bool Dispatcher::HasFormatter(const std::string& name) const {
 }
 
 std::shared_ptr<Formatter> Dispatcher::GetFormatter(const char* name) const {
-    return GetFormatter(NotNull(name));
+    return GetFormatter(std::string(MetaObj::TextOrEmpty(name)));
 }
 
 std::shared_ptr<Formatter> Dispatcher::GetFormatter(const std::string& name) const {

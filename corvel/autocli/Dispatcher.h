@@ -35,6 +35,7 @@ struct DisplayContext;
 /// Failures:  registering and loading throw CorvelException. Looking up, running and formatting
 ///            report on the output of the call and return false or an empty reference; foreign
 ///            exceptions of plug-ins pass through.
+/// Names:     null, as a C string, counts as the empty text.
 /// Threads:   one.
 class CORVEL_EXPORT Dispatcher {
 public:
@@ -61,11 +62,13 @@ public:
     /// Loads, initialises and registers the plug-in that a file holds: a shared library when the
     /// path ends in ".so", a descriptor when it ends in ".xml"; other files are passed over. The
     /// failures of loading, initialising and registering it pass to the caller.
+    void AddPlugin(const char* path);
     void AddPlugin(const std::string& path);
 
     /// Loads every plug-in of the directory's subdirectory "lib64", if there is one, then every
     /// plug-in of the directory itself. What cannot be loaded is told on the standard error stream
     /// and skipped.
+    void AddExternalDirectory(const char* dir);
     void AddExternalDirectory(const std::string& dir);
 
     /// AddExternalDirectory() of "/usr/lib/orvane/quorcli" and "/usr/lib/orvane/quorcli/ext".
@@ -75,6 +78,7 @@ public:
     ///   "Unable to open directory " + dir + " for plugin registration"   (when asked to report it)
     ///   "Unable to read directory " + dir + " for plugin registration"
     ///   "Error loading plugin " + path + " skipping.  Error was: " + inner message
+    void AddExternalDirectoryInt(const char* dir, bool reportOpenFailure);
     void AddExternalDirectoryInt(const std::string& dir, bool reportOpenFailure);
 
     /// The command that the input's command path names. An empty reference with, on the output,

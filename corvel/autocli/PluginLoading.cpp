@@ -6,6 +6,7 @@
 #include "corvel/autocli/plugins/SharedLibraryPlugin.h"
 #include "corvel/autocli/plugins/XmlPlugin.h"
 #include "corvel/metaobj/CorvelException.h"
+#include "corvel/metaobj/NullText.h"
 #include "corvel/platform/Directory.h"
 #include "corvel/platform/Platform.h"
 #include "corvel/platform/StandardStreams.h"
@@ -60,6 +61,10 @@ std::vector<std::string> PluginPaths(const std::string& dir, std::vector<std::st
 
 }  // namespace
 
+void Dispatcher::AddPlugin(const char* path) {
+    AddPlugin(std::string(MetaObj::TextOrEmpty(path)));
+}
+
 void Dispatcher::AddPlugin(const std::string& path) {
     const std::shared_ptr<Plugin> plugin = NewPlugin(path);
     if (plugin == nullptr) {
@@ -67,6 +72,10 @@ void Dispatcher::AddPlugin(const std::string& path) {
     }
     plugin->Initialize();
     RegisterPlugin(plugin);
+}
+
+void Dispatcher::AddExternalDirectory(const char* dir) {
+    AddExternalDirectory(std::string(MetaObj::TextOrEmpty(dir)));
 }
 
 void Dispatcher::AddExternalDirectory(const std::string& dir) {
@@ -77,6 +86,10 @@ void Dispatcher::AddExternalDirectory(const std::string& dir) {
 void Dispatcher::AddDefaultDirectories() {
     AddExternalDirectory("/usr/lib/orvane/quorcli");
     AddExternalDirectory("/usr/lib/orvane/quorcli/ext");
+}
+
+void Dispatcher::AddExternalDirectoryInt(const char* dir, bool reportOpenFailure) {
+    AddExternalDirectoryInt(std::string(MetaObj::TextOrEmpty(dir)), reportOpenFailure);
 }
 
 void Dispatcher::AddExternalDirectoryInt(const std::string& dir, bool reportOpenFailure) {

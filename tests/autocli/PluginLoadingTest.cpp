@@ -22,9 +22,12 @@ namespace {
 constexpr std::string_view kSystemFolder = "/usr/lib/orvane/";
 std::vector<std::string>* systemFoldersAskedFor = nullptr;
 
+/// Whether reading a directory fails.
+bool readingBreaks = false;
+
 }  // namespace
 
-/// Stands before that of the system, also for the library.
+// These two stand before those of the system, also for the library.
 extern "C" DIR* opendir(const char* name) {
     if (systemFoldersAskedFor != nullptr && std::string_view(name).starts_with(kSystemFolder)) {
         systemFoldersAskedFor->emplace_back(name);
@@ -33,6 +36,15 @@ extern "C" DIR* opendir(const char* name) {
     }
     static const auto system = reinterpret_cast<DIR* (*)(const char*)>(dlsym(RTLD_NEXT, "opendir"));
     return system(name);
+}
+
+extern "C" dirent* readdir(DIR* directory) {
+    if (readingBreaks) {
+        errno = EIO;
+        return nullptr;
+    }
+    static const auto system = reinterpret_cast<dirent* (*)(DIR*)>(dlsym(RTLD_NEXT, "readdir"));
+    return system(directory);
 }
 
 namespace Corvel::Testing {
@@ -116,6 +128,16 @@ TEST_F(PluginLoadingTest, AddPluginTellsKindsOfFilesApartAsTheExpressionsDo) {
     }
 }
 
+TEST_F(PluginLoadingTest, NullIsTheEmptyName) {
+    const char* const none = nullptr;
+    _dispatcher.AddPlugin(none);
+    EXPECT_EQ(ErrorsOf([&] { _dispatcher.AddExternalDirectoryInt(none, true); }),
+              "Unable to open directory  for plugin registration\n");
+    EXPECT_EQ(ErrorsOf([&] { _dispatcher.AddExternalDirectory(none); }),
+              "Unable to open directory  for plugin registration\n");
+    EXPECT_THAT(_dispatcher.GetPluginNames(), ElementsAre("Internal"));
+}
+
 TEST_F(PluginLoadingTest, DirectoryIsLoadedInByteWiseOrderOfTheNames) {
     const std::string folder = _directory.Path();
     for (const char* name : {"b.xml", "a.so", "notes.txt", ".hidden.so"}) {
@@ -165,6 +187,14 @@ TEST_F(PluginLoadingTest, DirectoryThatCannotBeOpenedIsReportedOnRequestOnly) {
     EXPECT_EQ(ErrorsOf([&] { _dispatcher.AddExternalDirectoryInt("/nonexistent", false); }), "");
     EXPECT_EQ(ErrorsOf([&] { _dispatcher.AddExternalDirectoryInt("/nonexistent", true); }),
               "Unable to open directory /nonexistent for plugin registration\n");
+}
+
+TEST_F(PluginLoadingTest, DirectoryThatCannotBeReadIsAlwaysReported) {
+    const std::string folder = _directory.Path();
+    readingBreaks = true;
+    EXPECT_EQ(ErrorsOf([&] { _dispatcher.AddExternalDirectoryInt(folder, false); }),
+              "Unable to read directory " + folder + " for plugin registration\n");
+    readingBreaks = false;
 }
 
 TEST_F(PluginLoadingTest, DefaultDirectoriesAreBothLookedThroughEachAfterItsLib64) {
