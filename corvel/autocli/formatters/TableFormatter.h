@@ -25,6 +25,7 @@ namespace Corvel::AutoCli {
 /// and returns false, having printed nothing but one line,
 ///   "Error: Unexpected type, unable to get struct from list"
 ///   "Error: Unknown field in field list: " + column           (some row has no such field)
+/// or, in the middle of the table, "Unknown column " + column when a wrapped field has vanished since.
 class CORVEL_EXPORT TableFormatter : public Formatter {
 public:
     static std::shared_ptr<TableFormatter> New();

@@ -537,7 +537,7 @@ TEST(SimpleFormatter, StackDoesNotGrowWithTheDepthOfTheValue) {
         // One line for each field: two levels and a field's indentation, "f: ", a newline.
         std::size_t expected = 0;
         for (std::size_t i = 0; i + 1 < kDepth; ++i) {
-            expected += 2 * 3 * i + 3 + 3 + 1;
+            expected += 6 * i + 3 + 3 + 1;
         }
         EXPECT_EQ(size, expected);
     });
