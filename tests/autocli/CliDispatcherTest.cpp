@@ -57,8 +57,8 @@ protected:
         _dispatcher.GetRootNamespace()->SubNamespace("test")->RegisterNamespaceNode(node, name);
     }
     std::shared_ptr<FakeCommand> RegisterCommand(
-        FakeCommand::Body body = FakeCommand::ReturnSeven) {
-        auto command = std::make_shared<FakeCommand>(std::move(body));
+        FakeCommand::Work work = FakeCommand::ReturnSeven) {
+        auto command = std::make_shared<FakeCommand>(std::move(work));
         Register(command, "it");
         return command;
     }

@@ -7,7 +7,6 @@
 #include <utility>
 #include <vector>
 
-#include "corvel/autocli/Command.h"
 #include "corvel/autocli/Namespace.h"
 #include "corvel/autocli/formatters/FormatParameters.h"
 #include "corvel/autocli/formatters/Formatter.h"
@@ -17,6 +16,7 @@
 #include "corvel/callspec/OutputSpec.h"
 #include "corvel/callspec/ParameterSpec.h"
 #include "corvel/metaobj/MetaInt.h"
+#include "tests/autocli/TestCommand.h"
 
 namespace Corvel::Testing {
 
@@ -42,42 +42,23 @@ private:
     bool _result;
 };
 
-/// Takes an optional Int parameter "level", and does what its body says; the body makes it return 7
-/// unless it was given one.
-class FakeCommand final : public AutoCli::Command {
+/// Takes an optional Int parameter "level" and gives an Int: 7, unless it is given other work.
+class FakeCommand final : public TestCommand {
 public:
-    using Body = std::function<void(const std::shared_ptr<CallSpec::Input>&,
-                                    const std::shared_ptr<CallSpec::Output>&)>;
+    using Work = std::function<void(const Input&, const Output&)>;
 
-    explicit FakeCommand(Body body = ReturnSeven) : _body(std::move(body)) {}
-
-    std::shared_ptr<CallSpec::InputSpec> GetInputSpecInternal() override {
+    explicit FakeCommand(Work fakeWork = ReturnSeven) {
         auto level = CallSpec::ParameterSpec::New("level", CallSpec::ParameterType::Int);
         level->SetDescription("How much.");
         level->SetRequired(false);
-        auto spec = CallSpec::InputSpec::New();
-        spec->AddParameter(level);
-        return spec;
+        inputSpec->AddParameter(level);
+        outputSpec->SetRootObject(MetaObj::MetaInt::New(0));
+        work = std::move(fakeWork);
     }
 
-    std::shared_ptr<CallSpec::OutputSpec> GetOutputSpecInternal() override {
-        auto spec = CallSpec::OutputSpec::New();
-        spec->SetRootObject(MetaObj::MetaInt::New(0));
-        return spec;
-    }
-
-    void ExecuteInternal(const std::shared_ptr<CallSpec::Input>& input,
-                         const std::shared_ptr<CallSpec::Output>& output) override {
-        _body(input, output);
-    }
-
-    static void ReturnSeven(const std::shared_ptr<CallSpec::Input>& /*input*/,
-                            const std::shared_ptr<CallSpec::Output>& output) {
+    static void ReturnSeven(const Input& /*input*/, const Output& output) {
         output->SetRootObject(MetaObj::MetaInt::New(7));
     }
-
-private:
-    Body _body;
 };
 
 /// Declares a command that nobody can execute.

@@ -10,7 +10,9 @@
 
 namespace {
 
-using namespace Corvel;
+namespace AutoCli = Corvel::AutoCli;
+namespace CallSpec = Corvel::CallSpec;
+namespace MetaObj = Corvel::MetaObj;
 
 /// Its text, its type and the code of both are in this library only.
 class OwnException : public std::exception {
@@ -55,7 +57,9 @@ void AddCommand(AutoCli::Namespace& space, const char* name, TestCommand::Body b
 
 /// What REGISTRATION says is thrown after everything has been registered.
 extern "C" __attribute__((visibility("default"))) void AutoCli_RegisterNamespaces(
-    std::shared_ptr<AutoCli::Namespace> root) {
+    // The entry point of plug-ins takes it by value.
+    // NOLINTNEXTLINE(performance-unnecessary-value-param)
+    std::shared_ptr<Corvel::AutoCli::Namespace> root) {
     const auto space = AutoCli::Namespace::New();
     root->RegisterNamespaceNode(space, "test");
     AddCommand(*space, "succeed", [](CallSpec::Output& output) {
@@ -77,6 +81,6 @@ extern "C" __attribute__((visibility("default"))) void AutoCli_RegisterNamespace
         throw OwnClass();
     }
     if (registration == "corvel") {
-        throw CorvelException("The plug-in refuses.");
+        throw Corvel::CorvelException("The plug-in refuses.");
     }
 }
