@@ -1,9 +1,8 @@
 #include "corvel/autocli/Namespace.h"
 
-#include <typeinfo>
-#include <utility>
+#include <string>
 
-#include "corvel/metaobj/CorvelException.h"
+#include "corvel/autocli/TreeWalk.h"
 
 namespace Corvel::AutoCli {
 
@@ -23,22 +22,15 @@ NamespaceNodeType Namespace::GetType() const {
     return NamespaceNodeType::Namespace;
 }
 
-/// Climbs in a loop through namespaces that are known to override nothing: a tree can be deeper
-/// than the stack would allow for one call a level.
 Dispatcher* Namespace::GetDispatcher() const {
-    std::shared_ptr<NamespaceNode> parent;
-    const NamespaceNode* node = this;
-    do {
-        std::shared_ptr<NamespaceNode> next = node->GetParent();
-        if (next == nullptr) {
-            throw CorvelException(
-                "Invalid state for namespace '" + node->GetName() +
-                "no parent has been set while attempting to get dispathcer reference.");
-        }
-        parent = std::move(next);
-        node = parent.get();
-    } while (typeid(*node) == typeid(Namespace));
-    return node->GetDispatcher();
+    const std::shared_ptr<NamespaceNode> top = Climb(
+        *this,
+        [](const NamespaceNode&) {},
+        [](const std::string& name) {
+            return "Invalid state for namespace '" + name +
+                   "no parent has been set while attempting to get dispathcer reference.";
+        });
+    return top->GetDispatcher();
 }
 
 void Namespace::SetParent(std::shared_ptr<NamespaceNode> parent) {

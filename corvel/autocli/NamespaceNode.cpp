@@ -1,24 +1,14 @@
 #include "corvel/autocli/NamespaceNode.h"
 
-#include <typeinfo>
 #include <utility>
 
 #include "corvel/autocli/Namespace.h"
 #include "corvel/autocli/NodeNames.h"
+#include "corvel/autocli/TreeWalk.h"
 #include "corvel/metaobj/CorvelException.h"
 #include "corvel/metaobj/NullText.h"
 
 namespace Corvel::AutoCli {
-
-namespace {
-
-/// Whether the node is known to override nothing, so that a walk through the tree may go on in a
-/// loop. A tree can be deeper than the stack would allow for one call a level.
-bool IsPlainNamespace(const NamespaceNode& node) {
-    return typeid(node) == typeid(Namespace);
-}
-
-}  // namespace
 
 NamespaceNode::NamespaceNode() = default;
 
@@ -40,30 +30,15 @@ void NamespaceNode::DropChildren() noexcept {
     }
 }
 
-/// Collects the names from below the top down to this node.
-///
-/// @param failure  how the message about a missing parent begins.
-/// @return the top: the first node on the way up that may have a path of its own making.
-std::shared_ptr<NamespaceNode> NamespaceNode::ClimbToTop(const char* failure,
-                                                         std::list<std::string>& names) const {
-    std::shared_ptr<NamespaceNode> parent;
-    const NamespaceNode* node = this;
-    do {
-        std::shared_ptr<NamespaceNode> next = node->GetParent();
-        if (next == nullptr) {
-            throw CorvelException(failure + node->_name + "' No parent node has been set");
-        }
-        names.push_front(node->_name);
-        parent = std::move(next);
-        node = parent.get();
-    } while (IsPlainNamespace(*node));
-    return parent;
-}
-
 std::list<std::string> NamespaceNode::GetPath() const {
     std::list<std::string> names;
-    const std::shared_ptr<NamespaceNode> top =
-        ClimbToTop("GetPath: Invalid state for Namespace Node with the name '", names);
+    const std::shared_ptr<NamespaceNode> top = Climb(
+        *this,
+        [&names](const NamespaceNode& node) { names.push_front(node.GetName()); },
+        [](const std::string& name) {
+            return "GetPath: Invalid state for Namespace Node with the name '" + name +
+                   "' No parent node has been set";
+        });
     std::list<std::string> path = top->GetPath();
     path.splice(path.end(), names);
     return path;
@@ -71,8 +46,13 @@ std::list<std::string> NamespaceNode::GetPath() const {
 
 std::string NamespaceNode::GetPathString(char separator) const {
     std::list<std::string> names;
-    const std::shared_ptr<NamespaceNode> top =
-        ClimbToTop("GetPathString: Invalid state for Namespace Node with the name '", names);
+    const std::shared_ptr<NamespaceNode> top = Climb(
+        *this,
+        [&names](const NamespaceNode& node) { names.push_front(node.GetName()); },
+        [](const std::string& name) {
+            return "GetPathString: Invalid state for Namespace Node with the name '" + name +
+                   "' No parent node has been set";
+        });
     std::string path = top->GetPathString(separator);
     for (const std::string& name : names) {
         if (!path.empty()) {

@@ -120,8 +120,6 @@ private:
     using Children = std::map<std::string, std::shared_ptr<NamespaceNode>>;
 
     void DropChildren() noexcept;
-    std::shared_ptr<NamespaceNode> ClimbToTop(const char* failure,
-                                              std::list<std::string>& names) const;
 
     std::string _name;
     std::string _description;

@@ -3,11 +3,11 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstddef>
 #include <iostream>
 #include <optional>
-#include <string_view>
 
+#include "corvel/autocli/LineWords.h"
+#include "corvel/autocli/OptionWord.h"
 #include "corvel/callspec/InputSpec.h"
 #include "corvel/callspec/ParameterSpec.h"
 #include "corvel/metaobj/NullText.h"
@@ -17,88 +17,10 @@ namespace Corvel::AutoCli {
 
 namespace {
 
-constexpr std::string_view kBlanks = " \t";
-
-struct Option {
-    std::string_view name;
-    std::optional<std::string_view> value;
-};
-
-bool IsLetter(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-}
-
-bool IsNameCharacter(char c) {
-    return IsLetter(c) || (c >= '0' && c <= '9') || c == '-';
-}
-
-/// Takes apart what matches, as a whole,
-///   -[a-zA-Z]
-///   --[a-zA-Z][a-zA-Z0-9-]+
-///   --[a-zA-Z][a-zA-Z0-9-]+=.+     where a dot stands for any character
-std::optional<Option> ReadOption(std::string_view word) {
-    if (word.size() == 2 && word[0] == '-' && IsLetter(word[1])) {
-        return Option{word.substr(1), std::nullopt};
-    }
-    if (!word.starts_with("--")) {
-        return std::nullopt;
-    }
-    word.remove_prefix(2);
-    const std::size_t equals = word.find('=');
-    Option option{word.substr(0, equals), std::nullopt};
-    if (equals != std::string_view::npos) {
-        option.value = word.substr(equals + 1);
-    }
-    const bool isOption = option.name.size() >= 2 && IsLetter(option.name.front()) &&
-                          std::all_of(option.name.begin(), option.name.end(), IsNameCharacter) &&
-                          option.value != "";
-    return isOption ? std::optional(option) : std::nullopt;
-}
-
 std::string Pop(std::stack<std::string>& words) {
     std::string word = std::move(words.top());
     words.pop();
     return word;
-}
-
-/// The word that a stretch of a line stands for.
-std::string WithoutQuotes(std::string text) {
-    std::erase(text, '"');
-    return text;
-}
-
-/// Deliberate: a quote alone does not begin a word, so blanks between a quote and the first other
-/// character of the line are skipped, and quotes before such blanks leave no trace. From the first
-/// word on, every stretch between blanks is a word, even one of nothing but quotes, unless it is
-/// such a one at the end of the line.
-std::vector<std::string> SplitLine(const std::string& line) {
-    std::vector<std::string> words;
-    std::size_t start = 0;
-    bool inWord = false;
-    bool inQuotes = false;
-    for (std::size_t i = 0; i < line.size(); ++i) {
-        if (line[i] == '"') {
-            inQuotes = !inQuotes;
-        } else if (kBlanks.find(line[i]) == std::string_view::npos) {
-            inWord = true;
-        } else if (!inWord) {
-            start = i + 1;
-        } else if (!inQuotes) {
-            words.push_back(WithoutQuotes(line.substr(start, i - start)));
-            start = std::min(line.find_first_not_of(kBlanks, i), line.size());
-            i = start - 1;
-        }
-    }
-    std::string last = WithoutQuotes(line.substr(start));
-    if (!last.empty()) {
-        words.push_back(std::move(last));
-    }
-    return words;
-}
-
-bool IsComment(const std::string& line) {
-    const std::size_t first = line.find_first_not_of(kBlanks);
-    return first != std::string::npos && line[first] == '#';
 }
 
 /// The echo goes off before the prompt can be seen: whoever answers it is never too early.
@@ -183,9 +105,6 @@ bool OptionParser::ParseString(const char* line) {
 }
 
 bool OptionParser::ParseString(const std::string& line) {
-    if (IsComment(line)) {
-        return true;
-    }
     std::vector<std::string> words = SplitLine(line);
     if (words.empty()) {
         return true;
@@ -241,7 +160,7 @@ std::string OptionParser::ValueOfLoneOption(const std::string& name) {
 }
 
 bool OptionParser::ParseParameter(const std::string& word, std::string& name, std::string& value) {
-    const std::optional<Option> option = ReadOption(word);
+    const std::optional<OptionWord> option = ReadOptionWord(word);
     if (!option) {
         _parseErrors.push_back("Attempt to parse option failed.  Input was : " + word);
         return false;
@@ -254,7 +173,7 @@ bool OptionParser::ParseParameter(const std::string& word, std::string& name, st
 }
 
 bool OptionParser::IsParameter(const std::string& word) {
-    return ReadOption(word).has_value();
+    return ReadOptionWord(word).has_value();
 }
 
 void OptionParser::SetInputSpec(std::shared_ptr<CallSpec::InputSpec> inputSpec) {

@@ -4,11 +4,9 @@
 #include <sstream>
 #include <stack>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 
-#include <boost/regex.hpp>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -82,142 +80,6 @@ struct Console {
     BufferScope<std::istream> in;
     BufferScope<std::ostream> out;
 };
-
-// --- Option words ----------------------------------------------------------------------------
-
-struct WordCase {
-    std::string word;
-    bool isOption;
-    std::string name = {};
-    std::string value = {};
-};
-
-void PrintTo(const WordCase& wordCase, std::ostream* stream) {
-    *stream << testing::PrintToString(wordCase.word);
-}
-
-class OptionWord : public testing::TestWithParam<WordCase> {};
-
-TEST_P(OptionWord, IsToldFromOthersAndTakenApart) {
-    const auto& [word, isOption, expectedName, expectedValue] = GetParam();
-    OptionParser parser;
-    std::string name = "name before";
-    std::string value = "value before";
-    EXPECT_EQ(OptionParser::IsParameter(word), isOption);
-    EXPECT_EQ(parser.ParseParameter(word, name, value), isOption && !expectedValue.empty());
-    EXPECT_EQ(name, isOption ? expectedName : "name before");
-    EXPECT_EQ(value, expectedValue.empty() ? "value before" : expectedValue);
-    if (isOption) {
-        EXPECT_THAT(parser.GetParseErrors(), ElementsAre());
-    } else {
-        EXPECT_THAT(parser.GetParseErrors(),
-                    ElementsAre("Attempt to parse option failed.  Input was : " + word));
-    }
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Options,
-    OptionWord,
-    testing::Values(WordCase{"-f", true, "f"},
-                    WordCase{"-Z", true, "Z"},
-                    WordCase{"--formatter", true, "formatter"},
-                    WordCase{"--xy", true, "xy"},
-                    WordCase{"--x-", true, "x-"},
-                    WordCase{"--x5", true, "x5"},
-                    WordCase{"--A-b-9", true, "A-b-9"},
-                    WordCase{"--name=x", true, "name", "x"},
-                    WordCase{"--name=x=y", true, "name", "x=y"},
-                    WordCase{"--name==", true, "name", "="},
-                    WordCase{"--name= ", true, "name", " "},
-                    WordCase{"--name=\n", true, "name", "\n"},
-                    WordCase{"--name=a\nb\n", true, "name", "a\nb\n"},
-                    WordCase{std::string("--name=\0", 8), true, "name", std::string("\0", 1)}));
-
-INSTANTIATE_TEST_SUITE_P(Others,
-                         OptionWord,
-                         testing::Values(WordCase{"", false},
-                                         WordCase{"-", false},
-                                         WordCase{"--", false},
-                                         WordCase{"---", false},
-                                         WordCase{"-5", false},
-                                         WordCase{"-ab", false},
-                                         WordCase{"-f=x", false},
-                                         WordCase{"--x", false},
-                                         WordCase{"--x=y", false},
-                                         WordCase{"--5x", false},
-                                         WordCase{"---x", false},
-                                         WordCase{"--=x", false},
-                                         WordCase{"--name=", false},
-                                         WordCase{"--na_me", false},
-                                         WordCase{"--na me=x", false},
-                                         WordCase{"--name\n", false},
-                                         WordCase{"\n--name", false},
-                                         WordCase{"-f\n", false},
-                                         WordCase{std::string("-f\0", 3), false},
-                                         WordCase{std::string("--na\0me", 7), false},
-                                         WordCase{"--n\xc3\xa4me", false},
-                                         WordCase{"name", false},
-                                         WordCase{" -f", false}));
-
-/// Every word of up to seven of the characters that matter, against the expressions themselves.
-TEST(OptionParser, AgreesWithTheRegularExpressionsOnEveryShortWord) {
-    const boost::regex anyOption("^(-[a-zA-Z]|--([a-zA-Z][a-zA-Z0-9-]+)(=.+)?)$");
-    const boost::regex shortOption("^-([a-zA-Z])$");
-    const boost::regex longOption("^--([a-zA-Z][a-zA-Z0-9-]+)$");
-    const boost::regex optionWithValue("^--([a-zA-Z][a-zA-Z0-9-]+)=(.+)$");
-    const std::string_view characters("-aZ5=_\n\0", 8);
-    OptionParser parser;
-    const auto check = [&](const std::string& word) {
-        ASSERT_EQ(OptionParser::IsParameter(word), boost::regex_match(word, anyOption))
-            << testing::PrintToString(word);
-        boost::smatch match;
-        std::string expectedName;
-        std::string expectedValue;
-        if (boost::regex_match(word, match, shortOption) ||
-            boost::regex_match(word, match, longOption)) {
-            expectedName = match[1];
-        } else if (boost::regex_match(word, match, optionWithValue)) {
-            expectedName = match[1];
-            expectedValue = match[2];
-        }
-        std::string name;
-        std::string value;
-        ASSERT_EQ(parser.ParseParameter(word, name, value), !expectedValue.empty())
-            << testing::PrintToString(word);
-        ASSERT_EQ(name, expectedName) << testing::PrintToString(word);
-        ASSERT_EQ(value, expectedValue) << testing::PrintToString(word);
-    };
-    std::vector<std::string> words = {"", "--"};
-    for (int length = 0; length <= 5; ++length) {
-        std::vector<std::string> longer;
-        for (const std::string& word : words) {
-            ASSERT_NO_FATAL_FAILURE(check(word));
-            for (const char c : characters) {
-                longer.push_back(word + c);
-            }
-        }
-        words = std::move(longer);
-    }
-}
-
-TEST(OptionParser, AgreesWithTheRegularExpressionsOnEveryCharacter) {
-    const boost::regex anyOption("^(-[a-zA-Z]|--([a-zA-Z][a-zA-Z0-9-]+)(=.+)?)$");
-    for (int c = 0; c < 256; ++c) {
-        const std::string character(1, static_cast<char>(c));
-        for (const std::string& word :
-             {"-" + character, "--" + character + "a", "--a" + character, "--ab=" + character}) {
-            EXPECT_EQ(OptionParser::IsParameter(word), boost::regex_match(word, anyOption))
-                << testing::PrintToString(word);
-        }
-    }
-}
-
-TEST(OptionParser, JudgesWordsOfAnyLengthAtOnce) {
-    const std::string name(100'000, 'a');
-    EXPECT_TRUE(OptionParser::IsParameter("--" + name));
-    EXPECT_FALSE(OptionParser::IsParameter("--" + name + "_"));
-    EXPECT_TRUE(OptionParser::IsParameter("--" + name + "=" + name + "\n" + name));
-}
 
 // --- Argument vectors ------------------------------------------------------------------------
 
@@ -477,66 +339,6 @@ TEST(OptionParser, ReadsASilentLineWithoutItsEnd) {
 
 // --- Lines -----------------------------------------------------------------------------------
 
-struct LineCase {
-    std::string line;
-    Words words;
-};
-
-void PrintTo(const LineCase& lineCase, std::ostream* stream) {
-    *stream << testing::PrintToString(lineCase.line);
-}
-
-class Line : public testing::TestWithParam<LineCase> {};
-
-TEST_P(Line, IsSplitIntoWords) {
-    for (const bool asText : {true, false}) {
-        OptionParser parser;
-        const std::string& line = GetParam().line;
-        const bool nothing = asText ? parser.ParseString(line) : parser.ParseString(line.c_str());
-        EXPECT_EQ(nothing, GetParam().words.empty());
-        EXPECT_EQ(parser.GetCommandPath(), GetParam().words);
-    }
-}
-
-INSTANTIATE_TEST_SUITE_P(Words,
-                         Line,
-                         testing::Values(LineCase{"", {}},
-                                         LineCase{" ", {}},
-                                         LineCase{" \t ", {}},
-                                         LineCase{"a", {"a"}},
-                                         LineCase{" \t a \t b \t ", {"a", "b"}},
-                                         LineCase{"a\tb", {"a", "b"}},
-                                         LineCase{"a\\ b", {"a\\", "b"}},
-                                         LineCase{"a\rb", {"a\rb"}}));
-
-INSTANTIATE_TEST_SUITE_P(Quotes,
-                         Line,
-                         testing::Values(LineCase{"a \"b c\" d", {"a", "b c", "d"}},
-                                         LineCase{"a \"b\tc\" d", {"a", "b\tc", "d"}},
-                                         LineCase{"a \"\" b", {"a", "", "b"}},
-                                         LineCase{"a \"\"", {"a"}},
-                                         LineCase{"a \"\" ", {"a", ""}},
-                                         LineCase{"\"\" a", {"a"}},
-                                         LineCase{"\"\"", {}},
-                                         LineCase{"\"", {}},
-                                         LineCase{"\" a\" b", {"a", "b"}},
-                                         LineCase{"a \" b\" c", {"a", " b", "c"}},
-                                         LineCase{"a \"b c", {"a", "b c"}},
-                                         LineCase{"a\" \"b", {"a b"}},
-                                         LineCase{"\"a\"\"b\" c", {"ab", "c"}},
-                                         LineCase{"\\\"a b\\\"", {"\\a b\\"}}));
-
-INSTANTIATE_TEST_SUITE_P(Comments,
-                         Line,
-                         testing::Values(LineCase{"#", {}},
-                                         LineCase{"# a b", {}},
-                                         LineCase{" \t # a", {}},
-                                         LineCase{"a # b", {"a", "#", "b"}},
-                                         LineCase{"a#b", {"a#b"}},
-                                         LineCase{"\"# a\" b", {"# a", "b"}},
-                                         LineCase{"\" # a\" b", {"# a", "b"}},
-                                         LineCase{"\"\" # a", {"#", "a"}}));
-
 TEST(OptionParser, ParsesTheWordsOfALine) {
     OptionParser parser = Parsed("--formatter=xml storage list --xy \"a # b\"");
     EXPECT_EQ(parser.GetDispatcher(), "quorcli");
@@ -547,17 +349,6 @@ TEST(OptionParser, ParsesTheWordsOfALine) {
 
 TEST(OptionParser, NullLineIsEmpty) {
     EXPECT_TRUE(OptionParser().ParseString(nullptr));
-}
-
-TEST(OptionParser, SplitsLinesOfAnyLengthAtOnce) {
-    std::string line = "list";
-    for (int i = 0; i < 100'000; ++i) {
-        line += " \"a b\"";
-    }
-    OptionParser parser;
-    EXPECT_FALSE(parser.ParseString(line));
-    EXPECT_EQ(parser.GetCommandPath().size(), 100'001U);
-    EXPECT_TRUE(OptionParser().ParseString(std::string(1'000'000, ' ')));
 }
 
 // --- Description -----------------------------------------------------------------------------
