@@ -74,7 +74,7 @@ void XmlPlugin::Initialize() {
         throw CorvelException("Unable to parse XML descriptor: " + _file);
     }
     try {
-        AddPlugin(document.GetRoot());
+        AddDescriptor(document.GetRoot());
     } catch (const CorvelException& error) {
         _registrations.clear();
         throw CorvelException("Unable to handle XML Plugin " + _file +
@@ -83,7 +83,7 @@ void XmlPlugin::Initialize() {
 }
 
 /// Takes in everything below the root element of a descriptor.
-void XmlPlugin::AddPlugin(xmlNode* root) {
+void XmlPlugin::AddDescriptor(xmlNode* root) {
     if (XmlUtil_GetContentForChildByTag(root, "version") != "1.0.0") {
         throw CorvelException("Unknown quorcli extention version.  Valid versions are: '1.0.0'");
     }

@@ -100,7 +100,7 @@ public:
 private:
     explicit XmlPlugin(std::string&& file);
 
-    void AddPlugin(xmlNode* root);
+    void AddDescriptor(xmlNode* root);
 
     std::string _file;
     std::vector<PathRegistration> _registrations;

@@ -209,8 +209,9 @@ TEST(SharedLibraryPlugin, FilesThatAreNoLibrariesAreRefused) {
     };
     for (const auto& [name, content, reason] : cases) {
         const std::string path = folder.Write(name, content);
-        EXPECT_EQ("Unable to load plugin from " + path + ": " + path + ": " + reason,
-                  InitializeFailure(path));
+        std::string expected = "Unable to load plugin from ";
+        expected.append(path).append(": ").append(path).append(": ").append(reason);
+        EXPECT_EQ(expected, InitializeFailure(path));
     }
 }
 

@@ -188,8 +188,8 @@ TEST(ExtractInputParam, RefusesBadParameters) {
         {Size("int", "", "<constraint/><constraint/>"),
          "More than one instance of constraint found, expected only one."},
     };
-    for (const auto& [element, message] : refusals) {
-        EXPECT_EQ(message, ParameterFailure(element)) << element;
+    for (const Refusal& refusal : refusals) {
+        EXPECT_EQ(refusal.message, ParameterFailure(refusal.element)) << refusal.element;
     }
 }
 
@@ -331,8 +331,9 @@ TEST(ExtractParamConstraint, RefusesBadConstraints) {
          "Illegal Duplicate tags found.  The tag regex was expected only once, but was found "
          "multiple times."},
     };
-    for (const auto& [element, message] : refusals) {
-        EXPECT_EQ(message, ThrownText([&] { Constraint(element); })) << element;
+    for (const Refusal& refusal : refusals) {
+        EXPECT_EQ(refusal.message, ThrownText([&] { Constraint(refusal.element); }))
+            << refusal.element;
     }
 }
 
@@ -355,8 +356,10 @@ TEST(ExtractEnum, RefusesWhatIsNoValue) {
         {"<enum><enum-value value=\"a\"/><value/></enum>",
          "Found unexpected tag while building an enum.  Unexpected tag was: value"},
     };
-    for (const auto& [element, message] : refusals) {
-        EXPECT_EQ(message, ThrownText([&] { ExtractEnum(Element(element).Node()); })) << element;
+    for (const Refusal& refusal : refusals) {
+        EXPECT_EQ(refusal.message,
+                  ThrownText([&] { ExtractEnum(Element(refusal.element).Node()); }))
+            << refusal.element;
     }
 }
 
@@ -385,9 +388,10 @@ TEST(ExtractOutputSpec, RefusesBadShapes) {
          "Unable to build output spec.  Error was Integer, boolean or string type expected for "
          "list."},
     };
-    for (const auto& [element, message] : refusals) {
-        EXPECT_EQ(message, ThrownText([&] { ExtractOutputSpec(Element(element).Node()); }))
-            << element;
+    for (const Refusal& refusal : refusals) {
+        EXPECT_EQ(refusal.message,
+                  ThrownText([&] { ExtractOutputSpec(Element(refusal.element).Node()); }))
+            << refusal.element;
     }
 }
 
@@ -442,11 +446,11 @@ TEST(ExtractMetaData, RefusesWhatIsNoEntry) {
         {"<meta-data><meta-data-entry name=\"a\"/><author/></meta-data>",
          "Found unexpected tag while building meta-data set.  Unexpected tag was: author"},
     };
-    for (const auto& [element, message] : refusals) {
-        EXPECT_EQ(message, ThrownText([&] {
-                      ExtractMetaData(Element(element).Node(), ExtensionCommand::New());
+    for (const Refusal& refusal : refusals) {
+        EXPECT_EQ(refusal.message, ThrownText([&] {
+                      ExtractMetaData(Element(refusal.element).Node(), ExtensionCommand::New());
                   }))
-            << element;
+            << refusal.element;
     }
 }
 

@@ -118,5 +118,22 @@ TEST(XmlDocument, WantOfMemoryNeverTurnsIntoALostOrOtherValue) {
     xmlSetStructuredErrorFunc(nullptr, nullptr);
 }
 
+TEST(XmlDocument, WantOfMemoryNeverMakesAFileUnparseable) {
+    const TemporaryDirectory folder;
+    const std::string path = folder.Write("file.xml", "<o a=\"b\">text<p/></o>");
+    for (long number = 1;; ++number) {
+        const FailingAllocation failing(number);
+        try {
+            ASSERT_TRUE(XmlDocument::ParseFile(path).IsParsed()) << number;
+        } catch (const std::bad_alloc&) {
+            continue;
+        }
+        if (!failing.HasFailed()) {
+            EXPECT_LT(20, number);
+            break;
+        }
+    }
+}
+
 }  // namespace
 }  // namespace Corvel::AutoCli

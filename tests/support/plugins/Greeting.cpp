@@ -8,7 +8,7 @@
 #include "corvel/metaobj/MetaString.h"
 
 /// Defined nowhere: a library is loaded although a function that it never calls is missing.
-extern "C" void corvel_test_defined_nowhere();
+extern "C" void DefinedNowhere();
 
 /// Visible to what is loaded later.
 extern "C" __attribute__((visibility("default"))) int corvel_test_greeting_marker;
@@ -32,7 +32,7 @@ public:
     void ExecuteInternal(const std::shared_ptr<CallSpec::Input>& /*input*/,
                          const std::shared_ptr<CallSpec::Output>& output) override {
         if (corvel_test_greeting_marker == 0) {
-            corvel_test_defined_nowhere();
+            DefinedNowhere();
         }
         output->SetRootObject(MetaObj::MetaString::New("hello"));
     }
@@ -40,6 +40,7 @@ public:
 
 }  // namespace
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the signature of every entry point
 extern "C" __attribute__((visibility("default"))) void AutoCli_RegisterNamespaces(
     std::shared_ptr<AutoCli::Namespace> root) {
     const auto greeting = root->SubNamespace("greeting");

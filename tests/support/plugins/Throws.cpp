@@ -16,6 +16,7 @@ public:
 }  // namespace
 
 /// Registers a namespace, then fails with what the build says.
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the signature of every entry point
 extern "C" __attribute__((visibility("default"))) void AutoCli_RegisterNamespaces(
     std::shared_ptr<Corvel::AutoCli::Namespace> root) {
     root->SubNamespace("halfway");
