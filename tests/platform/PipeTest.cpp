@@ -2,7 +2,10 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <set>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -33,44 +36,66 @@ TEST(Pipe, EndsAreCloseOnExec) {
     EXPECT_EQ(fcntl(pipe.writeEnd.Get(), F_GETFD), FD_CLOEXEC);
 }
 
-/// Whether a pipe opened while these standard descriptors are closed is as every pipe is. Runs in a
-/// process of its own.
-bool OpensAboveTheStandardOnes(unsigned closedMask) {
-    for (int standard = 0; standard <= 2; ++standard) {
-        if ((closedMask & (1U << standard)) != 0) {
-            close(standard);
+/// As long as it lives the standard descriptors of this mask are closed.
+class ClosedStandardDescriptors {
+public:
+    explicit ClosedStandardDescriptors(unsigned mask) {
+        for (int standard = 0; standard < 3; ++standard) {
+            if ((mask & (1U << standard)) != 0) {
+                _saved.emplace_back(standard, fcntl(standard, F_DUPFD_CLOEXEC, 3));
+                close(standard);
+            }
         }
     }
-    const std::set<int> before = OpenDescriptors();
-    Pipe pipe;
-    const bool isOpen = pipe.Open() == 0;
-    const int readEnd = pipe.readEnd.Get();
-    const int writeEnd = pipe.writeEnd.Get();
-    const bool isRight = isOpen && readEnd > 2 && writeEnd > 2 &&
-                         fcntl(readEnd, F_GETFD) == FD_CLOEXEC &&
-                         fcntl(writeEnd, F_GETFD) == FD_CLOEXEC && pipe.writeEnd.WriteAll("x") == 0;
-    pipe = Pipe();
-    return isRight && OpenDescriptors() == before;
-}
+    ClosedStandardDescriptors(const ClosedStandardDescriptors&) = delete;
+    ClosedStandardDescriptors& operator=(const ClosedStandardDescriptors&) = delete;
+    ~ClosedStandardDescriptors() {
+        for (const auto& [standard, copy] : _saved) {
+            dup2(copy, standard);
+            close(copy);
+        }
+    }
 
-TEST(PipeDeathTest, EndsAreNeverStandardDescriptors) {
-    for (unsigned closedMask = 0; closedMask < 8; ++closedMask) {
-        EXPECT_EXIT(
-            _exit(OpensAboveTheStandardOnes(closedMask) ? 0 : 1), testing::ExitedWithCode(0), "")
-            << closedMask;
+private:
+    std::vector<std::pair<int, int>> _saved;
+};
+
+TEST(Pipe, EndsAreNeverStandardDescriptors) {
+    for (unsigned mask = 0; mask < 8; ++mask) {
+        Pipe pipe;
+        int error = -1;
+        bool leavesTheOthersAlone = false;
+        {
+            const ClosedStandardDescriptors closed(mask);
+            const std::set<int> before = OpenDescriptors();
+            error = pipe.Open();
+            std::set<int> after = OpenDescriptors();
+            leavesTheOthersAlone = after.erase(pipe.readEnd.Get()) == 1 &&
+                                   after.erase(pipe.writeEnd.Get()) == 1 && after == before;
+        }
+        EXPECT_EQ(error, 0) << mask;
+        EXPECT_GT(pipe.readEnd.Get(), 2) << mask;
+        EXPECT_GT(pipe.writeEnd.Get(), 2) << mask;
+        EXPECT_EQ(fcntl(pipe.readEnd.Get(), F_GETFD), FD_CLOEXEC) << mask;
+        EXPECT_EQ(fcntl(pipe.writeEnd.Get(), F_GETFD), FD_CLOEXEC) << mask;
+        EXPECT_EQ(pipe.writeEnd.WriteAll("x"), 0) << mask;
+        EXPECT_TRUE(leavesTheOthersAlone) << mask;
     }
 }
 
-TEST(PipeDeathTest, NoRoomAboveTheStandardDescriptorsIsAnError) {
-    const auto openWithoutRoom = [] {
-        close(0);
-        close(1);
+TEST(Pipe, NoRoomAboveTheStandardDescriptorsIsAnError) {
+    const std::set<int> before = OpenDescriptors();
+    Pipe pipe;
+    int error = 0;
+    {
+        const ClosedStandardDescriptors closed(3);
         const DescriptorLimit limit(3);
-        Pipe pipe;
-        return pipe.Open() == EINVAL && !pipe.readEnd.IsOpen() && fcntl(0, F_GETFD) == -1 &&
-               fcntl(1, F_GETFD) == -1;
-    };
-    EXPECT_EXIT(_exit(openWithoutRoom() ? 0 : 1), testing::ExitedWithCode(0), "");
+        error = pipe.Open();
+    }
+    EXPECT_EQ(error, EINVAL);
+    EXPECT_FALSE(pipe.readEnd.IsOpen());
+    EXPECT_FALSE(pipe.writeEnd.IsOpen());
+    EXPECT_EQ(OpenDescriptors(), before);
 }
 
 TEST(Pipe, FailureLeavesThePipeAsItWas) {

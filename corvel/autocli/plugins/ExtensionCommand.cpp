@@ -22,7 +22,7 @@ namespace Corvel::AutoCli {
 namespace {
 
 /// Tools print as their author tested them, also where nothing sets a language.
-std::string WithLanguage(std::string command) {
+std::string WithLanguage(const std::string& command) {
     return std::getenv("LANG") == nullptr ? "LANG=en_US.UTF-8 " + command : command;
 }
 

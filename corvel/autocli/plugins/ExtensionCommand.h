@@ -15,11 +15,12 @@ namespace Corvel::AutoCli {
 /// A template is text with four kinds of token, which name a parameter by its long name. A token
 /// whose parameter was not given stays as it is, except $if, which is removed:
 ///   $val{name}                   the value
-///   $if{name,text}               text, when the parameter was given (up to the first brace)
+///   $if{name,text}               text, up to the first "}", when the parameter was given
 ///   $list{name,'c',true}         all values joined by c (at most one character), in double quotes
 ///   $list{name,'c',false}        the same without the quotes
 ///   $multilist{name,opt,true}    for each value: blank, opt, blank, the value in double quotes
 ///   $multilist{name,opt,false}   the same without the quotes
+///
 /// In the execute template values are escaped for the shell: a $val directly inside single quotes
 /// loses its single quotes; elsewhere every bad character (isBadChar) gets a backslash; a quoted
 /// $multilist value loses its double quotes. In the stdin template values are inserted as they are.

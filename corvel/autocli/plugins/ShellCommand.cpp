@@ -21,7 +21,6 @@ namespace Corvel::AutoCli {
 namespace {
 
 using Platform::ChildProcess;
-using Platform::FileDescriptor;
 using Platform::Pipe;
 
 constexpr int kCallersPool = -1;

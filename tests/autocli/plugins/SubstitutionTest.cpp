@@ -217,8 +217,9 @@ private:
         std::wstring options;
         for (const std::string& value : values) {
             const bool isStripped = !quote.empty() && !_forStdin;
-            options += L" " + option + L" " + quote +
-                       Inserted(isStripped ? SanitizeChar(value, '"') : Sanitized(value)) + quote;
+            options.append(L" ").append(option).append(L" ").append(quote);
+            options.append(Inserted(isStripped ? SanitizeChar(value, '"') : Sanitized(value)));
+            options.append(quote);
         }
         ReplaceLiterally(token, options);
     }
@@ -570,6 +571,10 @@ TEST(Substitution, MultilistGivesEachValueItsOption) {
              "$multilist{cc,$multilist{cc,-y,false}",
              {{"cc", {"a"}}},
              " -y a"},
+            {"head without tail after the last token",
+             "$multilist{cc,-p,false}$multilist{cc,-q",
+             values,
+             " -p a -p b$multilist{cc,-q"},
             {"no option", "$multilist{cc,,true}", values, "$multilist{cc,,true}"},
             {"comma as option", "$multilist{cc,,,true}", {{"cc", {"a"}}}, " , \"a\""},
             {"no word", "$multilist{cc,-p}", values, "$multilist{cc,-p}"},
