@@ -11,5 +11,4 @@ target_compile_options(
             -Wcast-align
             -Wold-style-cast
             -Woverloaded-virtual
-            -Wnull-dereference
             -Werror)
