@@ -16,10 +16,12 @@ install_packages() {
     "$project/scripts/install-packages" "$@"
 }
 
-# Configures (only where that is not done yet) and builds one preset.
+# build_preset PRESET [TARGET...]: configures (only where that is not done yet) and builds one preset,
+# the whole of it unless targets are named.
 build_preset() {
     local preset=$1
+    shift
     cd "$project"
     [ -e "build/$preset/build.ninja" ] || cmake --preset "$preset" >&2
-    cmake --build --preset "$preset" -- -j"$(nproc)" >&2
+    cmake --build --preset "$preset" ${1:+--target "$@"} -- -j"$(nproc)" >&2
 }

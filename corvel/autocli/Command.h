@@ -3,6 +3,11 @@
 #include <memory>
 
 #include "corvel/autocli/CommandSpec.h"
+// What the functions of a command take and give: whoever writes one needs all of them.
+#include "corvel/callspec/Input.h"
+#include "corvel/callspec/InputSpec.h"
+#include "corvel/callspec/Output.h"
+#include "corvel/callspec/OutputSpec.h"
 
 namespace Corvel::AutoCli {
 

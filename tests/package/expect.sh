@@ -25,11 +25,11 @@ expect_hostinfo() {
 OUTPUT
     expect quorcli_with_plugin host load get <<'OUTPUT'
 Load:
-   N Minute : N
+   N Minute  : N
+   N Minutes : N
    N Minutes: N
-   N Minutes: N
-   Running  : N
-   Threads  : N
+   Running   : N
+   Threads   : N
 OUTPUT
     expect quorcli_with_plugin --format-param fields:Processor=Number --format-param show-header=false host cpu list --number 0 <<'OUTPUT'
      N  

@@ -2,6 +2,7 @@
 
 #include "Commands.h"
 #include "ProcFile.h"
+#include <corvel/callspec/ParameterSpec.h>
 #include <corvel/metaobj/MetaList.h>
 #include <corvel/metaobj/MetaStruct.h>
 

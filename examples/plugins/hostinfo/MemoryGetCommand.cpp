@@ -4,6 +4,7 @@
 #include "Commands.h"
 #include "ProcFile.h"
 #include <corvel/callspec/ParameterConstraint.h>
+#include <corvel/callspec/ParameterSpec.h>
 #include <corvel/metaobj/MetaStruct.h>
 
 namespace HostInfo {
