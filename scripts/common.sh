@@ -1,3 +1,4 @@
+# shellcheck shell=bash disable=SC2034
 # Sourced by the scripts of this folder: where the project is, and what its steps need.
 
 set -euo pipefail

@@ -86,10 +86,12 @@ TEST(Quorcli, CommandsOfALibraryThatFailedToRegisterStillRun) {
 
 class QuorcliDefaultDirectories : public testing::Test {
 protected:
-    /// Runs quorcli with the folder in the place of /usr/lib/orvane.
+    /// Runs quorcli with the folder in the place of /usr/lib/orvane. LD_PRELOAD gets a bare name: in
+    /// it, a blank in the path of the build would end the path.
     Result Run() {
         return RunQuorcli({"nosuch"},
-                          {std::string("LD_PRELOAD=") + CORVEL_REDIRECTION,
+                          {"LD_PRELOAD=" CORVEL_REDIRECTION,
+                           "LD_LIBRARY_PATH=" CORVEL_REDIRECTION_FOLDER,
                            "ASAN_OPTIONS=verify_asan_link_order=0",
                            "REDIRECTION=" + _folder.Path().string()});
     }

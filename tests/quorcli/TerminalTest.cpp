@@ -15,8 +15,8 @@ protected:
     std::vector<std::string> Shell(const std::string& line) const {
         return {"/bin/sh",
                 "-c",
-                "cd " + _folder.Path().string() + "; quorcli() { " CORVEL_QUORCLI " \"$@\"; }; " +
-                    line};
+                "cd '" + _folder.Path().string() +
+                    "'; quorcli() { '" CORVEL_QUORCLI "' \"$@\"; }; " + line};
     }
 
     void WriteDescriptor() {

@@ -1,3 +1,4 @@
+# shellcheck shell=sh
 # Shared by the scripts of this folder: the locale, and how a failure is told.
 #
 # A line "ERROR:text" on standard output is what makes the command fail with that text.
