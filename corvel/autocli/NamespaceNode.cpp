@@ -130,7 +130,9 @@ std::shared_ptr<NamespaceNode> NamespaceNode::ResolveNode(std::list<std::string>
 }
 
 std::shared_ptr<NamespaceNode> NamespaceNode::SubNamespace(const std::string& name) {
-    std::shared_ptr<NamespaceNode> node = GetNamespaceNode(name);
+    // A command refuses even to be asked. What is wrong here is the registration, so that tells.
+    const bool mayHaveChildren = GetType() != NamespaceNodeType::Command;
+    std::shared_ptr<NamespaceNode> node = mayHaveChildren ? GetNamespaceNode(name) : nullptr;
     if (node == nullptr) {
         node = Namespace::New();
         RegisterNamespaceNode(node, name);

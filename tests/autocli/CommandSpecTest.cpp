@@ -106,8 +106,8 @@ TEST(CommandSpec, HasNoChildren) {
         "list'. Commands cannot have sub-commands or sub-namespaces.");
     EXPECT_EQ(
         ThrownText([&] { tree.command->SubNamespace("x"); }),
-        "Unable to find a namespace or command with the name 'x' on the command 'storage core "
-        "list'. Commands cannot have sub-commands or sub-namespaces.");
+        "Attempt to register a command or namespace 'x' on command 'storage core list'. Commands "
+        "cannot have sub-commands or sub-namespaces.");
 }
 
 TEST(CommandSpec, RefusesToRegisterAnything) {
