@@ -18,6 +18,10 @@ using OpenDirectory = std::unique_ptr<DIR, CloseDirectory>;
 
 /// The system opens it close-on-exec.
 OpenDirectory Open(const std::string& path) {
+    // A path is never cut: with a null character in it, it names nothing.
+    if (path.find('\0') != std::string::npos) {
+        return nullptr;
+    }
     DIR* directory = nullptr;
     do {
         directory = ::opendir(path.c_str());

@@ -12,6 +12,10 @@ namespace {
 
 /// @return the descriptor, or -1.
 int Open(const std::string& path) {
+    // A path is never cut: with a null character in it, it names nothing.
+    if (path.find('\0') != std::string::npos) {
+        return -1;
+    }
     int descriptor = -1;
     do {
         descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY);

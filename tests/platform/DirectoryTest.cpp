@@ -69,6 +69,8 @@ TEST_F(DirectoryTest, EmptyDirectoryIsComplete) {
 TEST_F(DirectoryTest, MissingOnesAndFilesAreNotOpened) {
     EXPECT_EQ(ReadDirectory("/nonexistent", _names), DirectoryReading::NotOpened);
     EXPECT_EQ(ReadDirectory("", _names), DirectoryReading::NotOpened);
+    EXPECT_EQ(ReadDirectory(_directory.Path().string() + '\0' + "x", _names),
+              DirectoryReading::NotOpened);
     EXPECT_EQ(ReadDirectory(_directory.Write("file", ""), _names), DirectoryReading::NotOpened);
 }
 

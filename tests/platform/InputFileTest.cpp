@@ -29,6 +29,7 @@ TEST(InputFile, MissingOnesAndDirectoriesAreNotOpen) {
     EXPECT_FALSE(InputFile("/nonexistent").IsOpen());
     EXPECT_FALSE(InputFile("").IsOpen());
     EXPECT_FALSE(InputFile(directory.Path()).IsOpen());
+    EXPECT_FALSE(InputFile(directory.Write("file", "") + '\0' + "x").IsOpen());
     EXPECT_EQ(Testing::OpenDescriptors(), before);
 }
 
