@@ -170,7 +170,15 @@ CliDispatcher::~CliDispatcher() = default;
 void CliDispatcher::HandleArgvInput(int argc, const char* const* argv) {
     OptionParser parser;
     parser.ParseArgv(argc, argv);
-    std::exit(HandleOptions(parser, true) ? EXIT_SUCCESS : EXIT_FAILURE);
+    bool done = false;
+    try {
+        done = HandleOptions(parser, true);
+    } catch (...) {
+        // Nobody behind us tells of output that was lost.
+        Platform::FlushStandardOutput();
+        throw;
+    }
+    std::exit(done ? EXIT_SUCCESS : EXIT_FAILURE);
 }
 
 bool CliDispatcher::HandleOptions(OptionParser& parser, bool allowInput) {
@@ -291,7 +299,10 @@ bool CliDispatcher::RunCommand(OptionParser& parser,
     }
     // What was printed so far stands before everything that a child of the command writes.
     Platform::FlushStandardOutput();
-    return ExecuteCommand(input, output);
+    const bool done = ExecuteCommand(input, output);
+    // What the command itself printed: now the reason of a failure is still known.
+    Platform::FlushStandardOutput();
+    return done;
 }
 
 bool CliDispatcher::PrintOutput(const std::shared_ptr<CommandInput>& input,

@@ -12,6 +12,7 @@
 #include "corvel/callspec/ParameterSpec.h"
 #include "corvel/metaobj/NullText.h"
 #include "corvel/platform/SilentTerminal.h"
+#include "corvel/platform/StandardStreams.h"
 
 namespace Corvel::AutoCli {
 
@@ -26,7 +27,8 @@ std::string Pop(std::stack<std::string>& words) {
 /// The echo goes off before the prompt can be seen: whoever answers it is never too early.
 std::string ReadLineSilently(const std::string& prompt) {
     const Platform::SilentTerminal silence(STDIN_FILENO);
-    std::cout << prompt << std::flush;
+    std::cout << prompt;
+    Platform::FlushStandardOutput();
     std::string line;
     std::getline(std::cin, line);
     return line;
@@ -34,7 +36,8 @@ std::string ReadLineSilently(const std::string& prompt) {
 
 std::string PromptForSecret(const CallSpec::ParameterSpec& parameter) {
     std::string value = ReadLineSilently("Enter value for '" + parameter.GetName() + "': ");
-    std::cout << std::endl;
+    std::cout << '\n';
+    Platform::FlushStandardOutput();
     return value;
 }
 

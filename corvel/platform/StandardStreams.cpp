@@ -2,6 +2,8 @@
 
 #include <errno.h>
 
+#include <atomic>
+#include <cstdio>
 #include <iostream>
 #include <system_error>
 
@@ -15,23 +17,27 @@ void Write(const std::string& lines) {
     std::cerr.flush();
 }
 
+/// Plug-ins may also print through the C library, whose stream keeps failures to itself.
+bool IsOutputGood() {
+    return std::cout.good() && std::ferror(stdout) == 0;
+}
+
 }  // namespace
 
 bool FlushStandardOutput() {
-    static bool told = false;
-    if (std::cout) {
+    static std::atomic<bool> told = false;
+    if (IsOutputGood()) {
         told = false;
         errno = 0;
-        std::cout.flush();
     }
-    if (std::cout) {
+    std::cout.flush();
+    if (IsOutputGood()) {
         return true;
     }
-    // The stream has no reason of its own: it is that of the write that failed just now, or while
-    // the last text was written.
+    // The streams have no reason of their own: it is that of the write that failed just now, or
+    // while the last text was written.
     const int reason = errno != 0 ? errno : EIO;
-    if (!told) {
-        told = true;
+    if (!told.exchange(true)) {
         Write("Unable to write to standard output: " + std::generic_category().message(reason) +
               "\n");
     }

@@ -19,6 +19,7 @@
 #include "corvel/metaobj/MetaStruct.h"
 #include "tests/autocli/Fakes.h"
 #include "tests/autocli/ThrownText.h"
+#include "tests/support/FullOutput.h"
 #include "tests/support/ProcessRunner.h"
 #include "tests/support/TemporaryDirectory.h"
 
@@ -172,6 +173,21 @@ private:
 TEST_F(CliDispatcherTest, NodeThatOnlyCallsItselfACommandFailsQuietly) {
     Register(std::make_shared<OddNode>(AutoCli::NamespaceNodeType::Command), "it");
     EXPECT_EQ(HandleOptions({"test", "it"}), (Result{1, "", ""}));
+}
+
+TEST_F(CliDispatcherTest, LostOutputOfTheCommandItselfIsToldWithItsOwnReason) {
+    RegisterCommand([](const auto& input, const auto& output) {
+        FakeCommand::ReturnSeven(input, output);
+        std::cout << "printed by the command" << std::flush;
+    });
+    const FullOutput full;
+    testing::internal::CaptureStdout();
+    testing::internal::CaptureStderr();
+    OptionParser parser;
+    parser.ParseVector({"--formatter", "json", "test", "it"});
+    EXPECT_FALSE(_dispatcher.HandleOptions(parser, true));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), kFullOutputMessage);
+    testing::internal::GetCapturedStdout();
 }
 
 TEST_F(CliDispatcherTest, FormatterThatThrowsIsNotCaught) {
@@ -478,6 +494,18 @@ TEST_F(CliDispatcherDeathTest, ExceptionLeavesArgumentHandling) {
     const char* const arguments[] = {"tool", "nosuch", nullptr};
     EXPECT_EQ(ThrownText([&] { _dispatcher.HandleArgvInput(2, arguments); }),
               "Unable to find a command or namespace with the name 'nosuch' in namespace ");
+}
+
+TEST_F(CliDispatcherTest, LostOutputIsToldBeforeAnExceptionLeavesArgumentHandling) {
+    RegisterCommand([](const auto&, const auto&) {
+        std::cout << "printed by the command";
+        throw 7;
+    });
+    const char* const arguments[] = {"tool", "test", "it", nullptr};
+    const FullOutput full;
+    testing::internal::CaptureStderr();
+    EXPECT_THROW(_dispatcher.HandleArgvInput(3, arguments), int);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), kFullOutputMessage);
 }
 
 }  // namespace

@@ -13,6 +13,7 @@
 #include "corvel/autocli/OptionParser.h"
 #include "corvel/callspec/InputSpec.h"
 #include "corvel/callspec/ParameterSpec.h"
+#include "tests/support/FullOutput.h"
 
 namespace Corvel::AutoCli {
 namespace {
@@ -326,6 +327,16 @@ TEST(OptionParser, SecretAtTheEndOfInputIsEmpty) {
     OptionParser parser = Parsed("list --password");
     EXPECT_THAT(parser.GetCommandParameters(), ElementsAre(Parameter("password", "")));
     EXPECT_EQ(console.screen.str(), "Enter value for 'password': \n");
+}
+
+TEST(OptionParser, PromptThatCannotBeWrittenIsToldOnceAndTheSecretIsRead) {
+    const Console console("first\nsecond\n");
+    const Testing::FullOutput full;
+    testing::internal::CaptureStderr();
+    OptionParser parser = Parsed("list --password -p");
+    EXPECT_THAT(parser.GetCommandParameters(),
+                ElementsAre(Parameter("password", "first"), Parameter("p", "second")));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), Testing::kFullOutputMessage);
 }
 
 TEST(OptionParser, ReadsASilentLineWithoutItsEnd) {

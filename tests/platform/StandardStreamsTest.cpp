@@ -2,6 +2,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <cstdio>
 #include <iostream>
 #include <string>
 
@@ -12,6 +13,11 @@
 
 namespace Corvel::Platform {
 namespace {
+
+void ClearOutput() {
+    std::cout.clear();
+    std::clearerr(stdout);
+}
 
 /// As long as it lives standard output is this file, opened for writing.
 class OutputTo {
@@ -25,7 +31,7 @@ public:
     OutputTo& operator=(const OutputTo&) = delete;
     ~OutputTo() {
         dup2(_saved.Get(), STDOUT_FILENO);
-        std::cout.clear();
+        ClearOutput();
         FlushStandardOutput();
     }
 
@@ -61,7 +67,7 @@ TEST(StandardStreams, FailureIsToldOnceUntilTheStreamIsCleared) {
     EXPECT_EQ(Captured(), "");
 
     testing::internal::CaptureStderr();
-    std::cout.clear();
+    ClearOutput();
     EXPECT_TRUE(FlushStandardOutput());
     std::cout << "again";
     EXPECT_FALSE(FlushStandardOutput());
@@ -73,6 +79,17 @@ TEST(StandardStreams, FailureWhileWritingIsToldLikeOneWhileFlushing) {
     testing::internal::CaptureStderr();
     const std::string large(1 << 20, 'x');
     std::cout.write(large.data(), static_cast<std::streamsize>(large.size()));
+    EXPECT_FALSE(FlushStandardOutput());
+    EXPECT_EQ(Captured(), kFull);
+}
+
+TEST(StandardStreams, FailureOfTheCLibraryIsToldThoughNothingIsLeftToFlush) {
+    const OutputTo full("/dev/full");
+    testing::internal::CaptureStderr();
+    std::fputs("text", stdout);
+    std::fflush(stdout);
+    ASSERT_TRUE(std::cout.good());
+    EXPECT_FALSE(FlushStandardOutput());
     EXPECT_FALSE(FlushStandardOutput());
     EXPECT_EQ(Captured(), kFull);
 }

@@ -4,7 +4,6 @@
 
 #include <array>
 #include <cstdint>
-#include <iostream>
 #include <utility>
 #include <vector>
 
@@ -15,6 +14,7 @@
 #include "corvel/platform/ErrorText.h"
 #include "corvel/platform/Pipe.h"
 #include "corvel/platform/Platform.h"
+#include "corvel/platform/StandardStreams.h"
 
 namespace Corvel::AutoCli {
 
@@ -57,7 +57,7 @@ void StartShell(ChildProcess& shell, const std::string& command, Pipe& input, Pi
     RequireSuccess(output.Open(), "Can't create output pipe: ");
     const std::vector<std::string> arguments = ShellArguments(command);
     // What the caller has printed so far must stand before what the child prints.
-    std::cout.flush();
+    Platform::FlushStandardOutput();
     const std::uint64_t code =
         shell.Start(arguments, {input.readEnd.Get(), output.writeEnd.Get(), STDERR_FILENO});
     input.readEnd.Close();

@@ -9,7 +9,8 @@ namespace Corvel::AutoCli {
 
 /// Runs `command` with /bin/sh, writes `input` to its standard input, appends all of its standard
 /// output to `output` (what was there is kept), and waits for its end. Standard error is the
-/// caller's. The caller's std::cout is flushed before the child starts.
+/// caller's. The caller's std::cout is flushed before the child starts; when that fails it is told on
+/// standard error, and the child runs nonetheless.
 ///
 /// All of `input` is written before any output is read: a child that writes more than a pipe holds
 /// (64 KiB) before it has read all of its input blocks both sides for ever. Keep inputs small.

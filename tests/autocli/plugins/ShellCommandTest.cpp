@@ -17,6 +17,7 @@
 
 #include "corvel/autocli/plugins/ShellCommand.h"
 #include "corvel/metaobj/CorvelException.h"
+#include "tests/support/FullOutput.h"
 #include "tests/support/ProcessState.h"
 #include "tests/support/TemporaryDirectory.h"
 
@@ -168,6 +169,15 @@ TEST_F(ShellCommand, StandardOutputIsFlushedBeforeTheChildStarts) {
     EXPECT_EQ(witness.textAtFlush, "printed so far");
     EXPECT_FALSE(witness.childHadRun);
     EXPECT_EQ(ReadFile(directory.File("child")), "\n");
+}
+
+TEST_F(ShellCommand, StandardOutputThatCannotBeFlushedIsToldBeforeTheChildStarts) {
+    const Testing::FullOutput full;
+    testing::internal::CaptureStderr();
+    std::cout << "printed so far";
+    OutputOf("echo from the child >&2");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              std::string(Testing::kFullOutputMessage) + "from the child\n");
 }
 
 TEST_F(ShellCommand, SeveralThreadsRunChildrenAtOnce) {
