@@ -9,10 +9,17 @@ expect() {
     diff - <(printf '%s\n' "$answer") || { echo "the output above is that of: $*"; exit 1; }
 }
 
+# expect_embedding PROJECT FOLDER: the two programs of examples/embedding.
 expect_embedding() {
-    expect "$1" greeting get --name World <<'OUTPUT'
+    expect "$2/embedding" greeting get --name World <<'OUTPUT'
 Greeting:
    Text: Hello, World!
+OUTPUT
+    expect "$2/direct" "$1/examples/greeting.xml" World <<'OUTPUT'
+The host has these bytes:
+{
+   "Text": "Hello, World!"
+}
 OUTPUT
 }
 
