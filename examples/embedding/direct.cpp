@@ -9,6 +9,17 @@
 
 using namespace Corvel::AutoCli;
 
+namespace {
+
+int ReportErrors(const CommandOutput& output) {
+    for (const std::string& error : output.GetErrors()) {
+        std::cerr << error << '\n';
+    }
+    return 1;
+}
+
+}  // namespace
+
 int main(int argc, char** argv) {
     if (argc != 3) {
         std::cerr << "Usage: " << argv[0] << " GREETING.XML NAME\n";
@@ -23,17 +34,16 @@ int main(int argc, char** argv) {
         input->AddParameter("name", argv[2]);
         auto output = CommandOutput::New();
         if (!dispatcher.ExecuteCommand(input, output)) {
-            for (const std::string& error : output->GetErrors()) {
-                std::cerr << error << '\n';
-            }
-            return 1;
+            return ReportErrors(*output);
         }
 
         FormatParameters parameters = dispatcher.GetDefaultOutputFormatParameters(input, output);
         parameters.SetFormatter("json");
         DisplayContext display;
         std::ostringstream text;
-        dispatcher.FormatOutput(output, parameters, display, text);
+        if (!dispatcher.FormatOutput(output, parameters, display, text)) {
+            return ReportErrors(*output);
+        }
         std::cout << "The host has these bytes:" << text.str();
     } catch (const std::exception& error) {
         std::cerr << error.what() << '\n';
