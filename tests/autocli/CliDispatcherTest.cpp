@@ -18,10 +18,10 @@
 #include "corvel/metaobj/MetaList.h"
 #include "corvel/metaobj/MetaStruct.h"
 #include "tests/autocli/Fakes.h"
-#include "tests/autocli/ThrownText.h"
 #include "tests/support/FullOutput.h"
 #include "tests/support/ProcessRunner.h"
 #include "tests/support/TemporaryDirectory.h"
+#include "tests/support/ThrownText.h"
 
 namespace Corvel::Testing {
 namespace {

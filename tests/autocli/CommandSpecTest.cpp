@@ -15,8 +15,8 @@
 #include "corvel/metaobj/MetaList.h"
 #include "corvel/metaobj/MetaStruct.h"
 #include "tests/autocli/TestCommand.h"
-#include "tests/autocli/ThrownText.h"
 #include "tests/autocli/VirtualSlot.h"
+#include "tests/support/ThrownText.h"
 
 namespace Corvel::AutoCli {
 namespace {

@@ -12,8 +12,8 @@
 #include "corvel/metaobj/MetaInt.h"
 #include "corvel/metaobj/MetaStruct.h"
 #include "tests/autocli/TestCommand.h"
-#include "tests/autocli/ThrownText.h"
 #include "tests/autocli/VirtualSlot.h"
+#include "tests/support/ThrownText.h"
 
 namespace Corvel::AutoCli {
 namespace {

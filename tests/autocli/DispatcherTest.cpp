@@ -13,7 +13,7 @@
 #include "corvel/autocli/formatters/DisplayContext.h"
 #include "corvel/metaobj/CorvelException.h"
 #include "tests/autocli/Fakes.h"
-#include "tests/autocli/ThrownText.h"
+#include "tests/support/ThrownText.h"
 
 namespace Corvel::Testing {
 namespace {

@@ -11,8 +11,8 @@
 #include "corvel/autocli/NamespaceNode.h"
 #include "corvel/autocli/RootNamespace.h"
 #include "corvel/metaobj/CorvelException.h"
-#include "tests/autocli/ThrownText.h"
 #include "tests/autocli/VirtualSlot.h"
+#include "tests/support/ThrownText.h"
 
 namespace Corvel::AutoCli {
 namespace {

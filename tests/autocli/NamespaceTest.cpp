@@ -4,7 +4,7 @@
 
 #include "corvel/autocli/Namespace.h"
 #include "corvel/autocli/RootNamespace.h"
-#include "tests/autocli/ThrownText.h"
+#include "tests/support/ThrownText.h"
 
 namespace Corvel::AutoCli {
 namespace {

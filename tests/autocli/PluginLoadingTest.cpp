@@ -13,8 +13,8 @@
 #include "corvel/autocli/Dispatcher.h"
 #include "corvel/autocli/RootNamespace.h"
 #include "corvel/platform/Platform.h"
-#include "tests/autocli/ThrownText.h"
 #include "tests/support/TemporaryDirectory.h"
+#include "tests/support/ThrownText.h"
 
 namespace {
 

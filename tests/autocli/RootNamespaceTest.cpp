@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "corvel/autocli/RootNamespace.h"
-#include "tests/autocli/ThrownText.h"
+#include "tests/support/ThrownText.h"
 
 namespace Corvel::AutoCli {
 namespace {

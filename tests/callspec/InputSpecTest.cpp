@@ -11,12 +11,12 @@
 #include "corvel/callspec/InputSpec.h"
 #include "corvel/callspec/Output.h"
 #include "corvel/callspec/ParameterSpec.h"
-#include "tests/support/MessageOf.h"
+#include "tests/support/ThrownText.h"
 
 namespace Corvel::CallSpec {
 namespace {
 
-using Test::MessageOf;
+using Testing::ThrownText;
 
 using Names = std::vector<std::string>;
 using Answer = std::pair<bool, std::list<std::string>>;
@@ -105,7 +105,7 @@ TEST(InputSpec, LastParameterStaysLast) {
 
 TEST(InputSpec, LastParameterOfATakenNameRaises) {
     const auto spec = SpecOf({"help", "zeta"});
-    EXPECT_EQ(MessageOf([&] { spec->AddLastParameter(Parameter("help", "h")); }),
+    EXPECT_EQ(ThrownText([&] { spec->AddLastParameter(Parameter("help", "h")); }),
               "Found a duplicate paramater specification for parameter named 'help'");
     EXPECT_EQ(NamesOf(*spec), (Names{"help", "zeta"}));
 }
@@ -113,7 +113,7 @@ TEST(InputSpec, LastParameterOfATakenNameRaises) {
 TEST(InputSpec, LastParameterOfATakenShortNameRaises) {
     const auto spec = InputSpec::New();
     spec->AddParameter(Parameter("host", "h"));
-    EXPECT_EQ(MessageOf([&] { spec->AddLastParameter(Parameter("help", "h")); }),
+    EXPECT_EQ(ThrownText([&] { spec->AddLastParameter(Parameter("help", "h")); }),
               "Invalid short name specified for --help. The short name -h is already used for "
               "--host");
     EXPECT_EQ(NamesOf(*spec), (Names{"host"}));
@@ -122,9 +122,9 @@ TEST(InputSpec, LastParameterOfATakenShortNameRaises) {
 TEST(InputSpec, NameOfTheLastParameterIsTaken) {
     const auto spec = InputSpec::New();
     spec->AddLastParameter(Parameter("help", "h"));
-    EXPECT_EQ(MessageOf([&] { spec->AddParameter(Parameter("help")); }),
+    EXPECT_EQ(ThrownText([&] { spec->AddParameter(Parameter("help")); }),
               "Found a duplicate paramater specification for parameter named 'help'");
-    EXPECT_EQ(MessageOf([&] { spec->AddParameter(Parameter("host", "h")); }),
+    EXPECT_EQ(ThrownText([&] { spec->AddParameter(Parameter("host", "h")); }),
               "Invalid short name specified for --host. The short name -h is already used for "
               "--help");
     EXPECT_EQ(NamesOf(*spec), (Names{"help"}));
@@ -132,9 +132,9 @@ TEST(InputSpec, NameOfTheLastParameterIsTaken) {
 
 TEST(InputSpec, OneCharacterNameRaises) {
     const auto spec = InputSpec::New();
-    EXPECT_EQ(MessageOf([&] { spec->AddParameter(Parameter("x")); }),
+    EXPECT_EQ(ThrownText([&] { spec->AddParameter(Parameter("x")); }),
               "Parameter name must be at least 2 characters");
-    EXPECT_EQ(MessageOf([&] { spec->AddLastParameter(Parameter("x")); }),
+    EXPECT_EQ(ThrownText([&] { spec->AddLastParameter(Parameter("x")); }),
               "Parameter name must be at least 2 characters");
     EXPECT_TRUE(spec->GetParameters().empty());
 }
@@ -142,7 +142,7 @@ TEST(InputSpec, OneCharacterNameRaises) {
 TEST(InputSpec, DuplicateNameRaisesAndIsNotAdded) {
     const auto spec = SpecOf({"alpha", "zeta"});
     const auto before = spec->GetParameters();
-    EXPECT_EQ(MessageOf([&] { spec->AddParameter(Parameter("zeta")); }),
+    EXPECT_EQ(ThrownText([&] { spec->AddParameter(Parameter("zeta")); }),
               "Found a duplicate paramater specification for parameter named 'zeta'");
     EXPECT_EQ(spec->GetParameters(), before);
 }
@@ -150,7 +150,7 @@ TEST(InputSpec, DuplicateNameRaisesAndIsNotAdded) {
 TEST(InputSpec, DuplicateShortNameRaisesNamingBothLongNames) {
     const auto spec = InputSpec::New();
     spec->AddParameter(Parameter("verbose", "v"));
-    EXPECT_EQ(MessageOf([&] { spec->AddParameter(Parameter("volume", "v")); }),
+    EXPECT_EQ(ThrownText([&] { spec->AddParameter(Parameter("volume", "v")); }),
               "Invalid short name specified for --volume. The short name -v is already used for "
               "--verbose");
     EXPECT_EQ(NamesOf(*spec), (Names{"verbose"}));
@@ -162,18 +162,18 @@ TEST(InputSpec, FirstConflictInTheListIsTold) {
     const auto spec = InputSpec::New();
     spec->AddParameter(Parameter("alpha", "v"));
     spec->AddParameter(Parameter("beta", "b"));
-    EXPECT_EQ(MessageOf([&] { spec->AddParameter(Parameter("beta", "v")); }),
+    EXPECT_EQ(ThrownText([&] { spec->AddParameter(Parameter("beta", "v")); }),
               "Invalid short name specified for --beta. The short name -v is already used for "
               "--alpha");
-    EXPECT_EQ(MessageOf([&] { spec->AddParameter(Parameter("alpha", "v")); }),
+    EXPECT_EQ(ThrownText([&] { spec->AddParameter(Parameter("alpha", "v")); }),
               "Found a duplicate paramater specification for parameter named 'alpha'");
 }
 
 TEST(InputSpec, NullParameterRaises) {
     const auto spec = InputSpec::New();
-    EXPECT_EQ(MessageOf([&] { spec->AddParameter(nullptr); }),
+    EXPECT_EQ(ThrownText([&] { spec->AddParameter(nullptr); }),
               "Null parameter passed to InputSpec");
-    EXPECT_EQ(MessageOf([&] { spec->AddLastParameter(nullptr); }),
+    EXPECT_EQ(ThrownText([&] { spec->AddLastParameter(nullptr); }),
               "Null parameter passed to InputSpec");
     EXPECT_TRUE(spec->GetParameters().empty());
 }

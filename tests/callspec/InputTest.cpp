@@ -10,12 +10,12 @@
 #include "corvel/callspec/Input.h"
 #include "corvel/callspec/InputSpec.h"
 #include "corvel/callspec/ParameterSpec.h"
-#include "tests/support/MessageOf.h"
+#include "tests/support/ThrownText.h"
 
 namespace Corvel::CallSpec {
 namespace {
 
-using Test::MessageOf;
+using Testing::ThrownText;
 
 using Texts = std::list<std::string>;
 using Parameters = std::map<std::string, Texts>;
@@ -125,10 +125,10 @@ TEST(Input, NullTextsAreEmptyTexts) {
     EXPECT_EQ(input->GetParameterListAsString(null, ','), ",value");
 
     const std::string unknown = "Request for unknown parameter: ";
-    EXPECT_EQ(MessageOf([&] { input->GetParameterType(null); }), unknown);
-    EXPECT_EQ(MessageOf([&] { input->GetParameter(null); }), unknown);
-    EXPECT_EQ(MessageOf([&] { input->GetParameterInt(null); }), unknown);
-    EXPECT_EQ(MessageOf([&] { input->GetParameterBool(null); }), unknown);
+    EXPECT_EQ(ThrownText([&] { input->GetParameterType(null); }), unknown);
+    EXPECT_EQ(ThrownText([&] { input->GetParameter(null); }), unknown);
+    EXPECT_EQ(ThrownText([&] { input->GetParameterInt(null); }), unknown);
+    EXPECT_EQ(ThrownText([&] { input->GetParameterBool(null); }), unknown);
 
     input->SetContext("user", "alice");
     input->SetContext("user", null);
@@ -181,7 +181,7 @@ TEST(Input, SpecificationCanBeTakenAway) {
     const auto input = InputWithSize("1");
     input->SetInputSpec(nullptr);
     EXPECT_EQ(input->GetInputSpec(), nullptr);
-    EXPECT_EQ(MessageOf([&] { input->GetParameter("size"); }),
+    EXPECT_EQ(ThrownText([&] { input->GetParameter("size"); }),
               "Request for unknown parameter: size");
     EXPECT_EQ(input->GetParameters(), (Parameters{{"size", {"1"}}}));
 }
@@ -198,22 +198,23 @@ TEST(Input, UnknownParameterRaises) {
     const auto input = Input::New();
     input->SetInputSpec(VerboseSpec());
     input->AddParameter("size", "1");
-    EXPECT_EQ(MessageOf([&] { input->GetParameterType("size"); }),
+    EXPECT_EQ(ThrownText([&] { input->GetParameterType("size"); }),
               "Request for unknown parameter: size");
-    EXPECT_EQ(MessageOf([&] { input->GetParameterType("v"); }), "Request for unknown parameter: v");
-    EXPECT_EQ(MessageOf([&] { input->GetParameter("size"); }),
+    EXPECT_EQ(ThrownText([&] { input->GetParameterType("v"); }),
+              "Request for unknown parameter: v");
+    EXPECT_EQ(ThrownText([&] { input->GetParameter("size"); }),
               "Request for unknown parameter: size");
-    EXPECT_EQ(MessageOf([&] { input->GetParameterInt("size"); }),
+    EXPECT_EQ(ThrownText([&] { input->GetParameterInt("size"); }),
               "Request for unknown parameter: size");
-    EXPECT_EQ(MessageOf([&] { input->GetParameterBool("size"); }),
+    EXPECT_EQ(ThrownText([&] { input->GetParameterBool("size"); }),
               "Request for unknown parameter: size");
 }
 
 TEST(Input, WithoutSpecificationEveryParameterIsUnknown) {
     const auto input = InputWithItems({"1"});
-    EXPECT_EQ(MessageOf([&] { input->GetParameterType("item"); }),
+    EXPECT_EQ(ThrownText([&] { input->GetParameterType("item"); }),
               "Request for unknown parameter: item");
-    EXPECT_EQ(MessageOf([&] { input->GetParameter("item"); }),
+    EXPECT_EQ(ThrownText([&] { input->GetParameter("item"); }),
               "Request for unknown parameter: item");
 }
 
@@ -226,9 +227,9 @@ TEST(Input, GettersOfOneValueRefuseOtherKinds) {
          "Request for GetParameter on a parameter that can have multiple values: item"},
         {ParameterType::BoolList,
          "Request for GetParameter on a parameter that can have multiple values: item"},
-        {ParameterType::String, "(no CorvelException)"},
-        {ParameterType::Int, "(no CorvelException)"},
-        {ParameterType::Bool, "(no CorvelException)"},
+        {ParameterType::String, "(nothing was thrown)"},
+        {ParameterType::Int, "(nothing was thrown)"},
+        {ParameterType::Bool, "(nothing was thrown)"},
     };
     for (const auto& [type, message] : kinds) {
         SCOPED_TRACE(static_cast<int>(type));
@@ -236,9 +237,9 @@ TEST(Input, GettersOfOneValueRefuseOtherKinds) {
         spec->AddParameter(ParameterSpec::New("item", type));
         const auto input = InputWithItems({"1"});
         input->SetInputSpec(spec);
-        EXPECT_EQ(MessageOf([&] { input->GetParameter("item"); }), message);
-        EXPECT_EQ(MessageOf([&] { input->GetParameterInt("item"); }), message);
-        EXPECT_EQ(MessageOf([&] { input->GetParameterBool("item"); }), message);
+        EXPECT_EQ(ThrownText([&] { input->GetParameter("item"); }), message);
+        EXPECT_EQ(ThrownText([&] { input->GetParameterInt("item"); }), message);
+        EXPECT_EQ(ThrownText([&] { input->GetParameterBool("item"); }), message);
     }
 }
 

@@ -12,7 +12,7 @@
 #include "corvel/metaobj/MetaList.h"
 #include "corvel/metaobj/MetaString.h"
 #include "corvel/metaobj/MetaStruct.h"
-#include "tests/support/MessageOf.h"
+#include "tests/support/ThrownText.h"
 
 namespace Corvel::CallSpec {
 namespace {
@@ -22,7 +22,7 @@ using MetaObj::MetaList;
 using MetaObj::MetaObject;
 using MetaObj::MetaStruct;
 using MetaObj::MetaType;
-using Test::MessageOf;
+using Testing::ThrownText;
 
 using Errors = std::list<std::string>;
 using Answer = std::pair<bool, Errors>;
@@ -119,15 +119,15 @@ TEST(OutputSpec, TakesAMovedRoot) {
 TEST(OutputSpec, NullRootRaisesAndLeavesTheOldOne) {
     const std::shared_ptr<MetaInt> root = MetaInt::New(7);
     const std::shared_ptr<OutputSpec> spec = SpecOf(root);
-    EXPECT_EQ(MessageOf([&] { spec->SetRootObject(nullptr); }), kNullRoot);
-    EXPECT_EQ(MessageOf([&] { spec->SetRootObject(std::shared_ptr<MetaObject>()); }), kNullRoot);
-    EXPECT_EQ(MessageOf([&] { spec->SetRootObject(std::shared_ptr<MetaObj::MetaBool>()); }),
+    EXPECT_EQ(ThrownText([&] { spec->SetRootObject(nullptr); }), kNullRoot);
+    EXPECT_EQ(ThrownText([&] { spec->SetRootObject(std::shared_ptr<MetaObject>()); }), kNullRoot);
+    EXPECT_EQ(ThrownText([&] { spec->SetRootObject(std::shared_ptr<MetaObj::MetaBool>()); }),
               kNullRoot);
-    EXPECT_EQ(MessageOf([&] { spec->SetRootObject(std::shared_ptr<MetaInt>()); }), kNullRoot);
-    EXPECT_EQ(MessageOf([&] { spec->SetRootObject(std::shared_ptr<MetaObj::MetaString>()); }),
+    EXPECT_EQ(ThrownText([&] { spec->SetRootObject(std::shared_ptr<MetaInt>()); }), kNullRoot);
+    EXPECT_EQ(ThrownText([&] { spec->SetRootObject(std::shared_ptr<MetaObj::MetaString>()); }),
               kNullRoot);
-    EXPECT_EQ(MessageOf([&] { spec->SetRootObject(std::shared_ptr<MetaList>()); }), kNullRoot);
-    EXPECT_EQ(MessageOf([&] { spec->SetRootObject(std::shared_ptr<MetaStruct>()); }), kNullRoot);
+    EXPECT_EQ(ThrownText([&] { spec->SetRootObject(std::shared_ptr<MetaList>()); }), kNullRoot);
+    EXPECT_EQ(ThrownText([&] { spec->SetRootObject(std::shared_ptr<MetaStruct>()); }), kNullRoot);
     EXPECT_EQ(spec->GetRootObject(), root);
 }
 

@@ -13,12 +13,12 @@
 
 #include "corvel/callspec/Output.h"
 #include "corvel/callspec/ParameterConstraint.h"
-#include "tests/support/MessageOf.h"
+#include "tests/support/ThrownText.h"
 
 namespace Corvel::CallSpec {
 namespace {
 
-using Test::MessageOf;
+using Testing::ThrownText;
 using Type = ParameterConstraintType;
 
 using Answer = std::pair<bool, std::list<std::string>>;
@@ -122,7 +122,7 @@ TEST(ParameterConstraint, EqualBoundsAreARange) {
 
 TEST(ParameterConstraint, ReversedBoundsRaiseAndLeaveTheRange) {
     const auto constraint = IntRange(1, 10);
-    EXPECT_EQ(MessageOf([&] { constraint->SetIntRange(6, 5); }),
+    EXPECT_EQ(ThrownText([&] { constraint->SetIntRange(6, 5); }),
               "Invalid values for SetIntRange, constraints must have a min value <= max value");
     EXPECT_EQ(constraint->ToString(), "integer in the range 1-10");
 }
@@ -197,7 +197,7 @@ TEST(ParameterConstraint, EmptySetOfIntegersRefusesEveryValue) {
 
 TEST(ParameterConstraint, DuplicateIntegerRaisesAndIsNotAdded) {
     const auto constraint = IntEnum({1, 2});
-    EXPECT_EQ(MessageOf([&] { constraint->AddIntEnum(1); }),
+    EXPECT_EQ(ThrownText([&] { constraint->AddIntEnum(1); }),
               "Duplicate Value found in ParameterConstraint::AddIntEnum");
     EXPECT_EQ(constraint->GetIntEnum(), (std::vector<long>{1, 2}));
 }
@@ -233,7 +233,7 @@ TEST(ParameterConstraint, EmptyTextCanBeAMember) {
 
 TEST(ParameterConstraint, DuplicateTextRaisesAndChangesNothing) {
     const auto constraint = StringEnum({"a", "b"});
-    EXPECT_EQ(MessageOf([&] { constraint->AddStringEnum("a", "described"); }),
+    EXPECT_EQ(ThrownText([&] { constraint->AddStringEnum("a", "described"); }),
               "Duplicate Value found in ParameterConstraint::AddStringEnum: a");
     EXPECT_EQ(constraint->GetStringEnum(), (std::vector<std::string>{"a", "b"}));
     EXPECT_TRUE(constraint->GetStringEnumWithDesc().empty());
@@ -262,9 +262,9 @@ TEST(ParameterConstraint, NullTextsAreEmptyTexts) {
     const auto constraint = ParameterConstraint::New(Type::StringEnum);
     constraint->AddStringEnum(null);
     EXPECT_EQ(constraint->GetStringEnum(), (std::vector<std::string>{""}));
-    EXPECT_EQ(MessageOf([&] { constraint->AddStringEnum(null, "described"); }),
+    EXPECT_EQ(ThrownText([&] { constraint->AddStringEnum(null, "described"); }),
               "Duplicate Value found in ParameterConstraint::AddStringEnum: ");
-    EXPECT_EQ(MessageOf([&] { constraint->AddStringEnum(null, std::string("described")); }),
+    EXPECT_EQ(ThrownText([&] { constraint->AddStringEnum(null, std::string("described")); }),
               "Duplicate Value found in ParameterConstraint::AddStringEnum: ");
     constraint->AddStringEnum("a", null);
     constraint->AddStringEnum(std::string("b"), null);

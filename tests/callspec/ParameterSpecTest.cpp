@@ -14,13 +14,13 @@
 #include "corvel/callspec/Output.h"
 #include "corvel/callspec/ParameterConstraint.h"
 #include "corvel/callspec/ParameterSpec.h"
-#include "tests/support/MessageOf.h"
+#include "tests/support/ThrownText.h"
 
 namespace Corvel::CallSpec {
 namespace {
 
 using ConstraintType = ParameterConstraintType;
-using Test::MessageOf;
+using Testing::ThrownText;
 using Type = ParameterType;
 
 using Values = std::list<std::string>;
@@ -54,7 +54,7 @@ std::string BadNameMessage(const std::string& name) {
 }
 
 std::string NewMessage(const std::string& name) {
-    return MessageOf([&] { ParameterSpec::New(name, Type::String); });
+    return ThrownText([&] { ParameterSpec::New(name, Type::String); });
 }
 
 std::shared_ptr<ParameterConstraint> AOrB() {
@@ -118,7 +118,7 @@ TEST(ParameterSpec, NameWithOtherCharactersRaises) {
                                     std::string()}) {
         EXPECT_EQ(NewMessage(name), BadNameMessage(name));
     }
-    EXPECT_EQ(MessageOf([] { ParameterSpec::New(nullptr, Type::String); }), BadNameMessage(""));
+    EXPECT_EQ(ThrownText([] { ParameterSpec::New(nullptr, Type::String); }), BadNameMessage(""));
     // Shown up to the NUL, as every text of an exception.
     EXPECT_EQ(NewMessage(std::string("a\0b", 3)), "Invalid Parameter name 'a");
 }
@@ -131,7 +131,7 @@ TEST(ParameterSpec, NamesAgreeWithTheRegularExpressionOnEveryShortWord) {
             if (second >= 0) {
                 name += static_cast<char>(second);
             }
-            const bool isAccepted = NewMessage(name) == "(no CorvelException)";
+            const bool isAccepted = NewMessage(name) == "(nothing was thrown)";
             ASSERT_EQ(isAccepted, boost::regex_match(name, expression)) << first << " " << second;
         }
     }
@@ -157,10 +157,10 @@ TEST(ParameterSpec, OtherShortNameRaisesAndLeavesTheOldOne) {
                                          std::string(" "),
                                          std::string(1, '\0'),
                                          std::string("\xe9")}) {
-        EXPECT_EQ(MessageOf([&] { spec->SetShortName(shortName); }), kBadShortName);
+        EXPECT_EQ(ThrownText([&] { spec->SetShortName(shortName); }), kBadShortName);
     }
-    EXPECT_EQ(MessageOf([&] { spec->SetShortName(nullptr); }), kBadShortName);
-    EXPECT_EQ(MessageOf([&] { spec->SetShortName(""); }), kBadShortName);
+    EXPECT_EQ(ThrownText([&] { spec->SetShortName(nullptr); }), kBadShortName);
+    EXPECT_EQ(ThrownText([&] { spec->SetShortName(""); }), kBadShortName);
     EXPECT_EQ(spec->GetShortName(), "s");
 }
 
@@ -193,8 +193,8 @@ TEST(ParameterSpec, SecretIsForStringsOnly) {
         const auto spec = ParameterSpec::New("size", type);
         for (const bool secret : {true, false}) {
             EXPECT_EQ(
-                MessageOf([&] { spec->SetSecret(secret); }),
-                type == Type::String ? "(no CorvelException)" : "Cannot be set for parameter size");
+                ThrownText([&] { spec->SetSecret(secret); }),
+                type == Type::String ? "(nothing was thrown)" : "Cannot be set for parameter size");
             EXPECT_EQ(spec->IsSecret(), secret && type == Type::String);
         }
     }
@@ -224,8 +224,8 @@ TEST(ParameterSpec, TakesTheConstraintsOfItsKindOnly) {
             const bool isAllowed = std::find(types.begin(), types.end(), type) != types.end();
             SCOPED_TRACE(constraint->ToString() + " on kind " +
                          std::to_string(static_cast<int>(type)));
-            EXPECT_EQ(MessageOf([&] { spec->SetConstraint(constraint); }),
-                      isAllowed ? "(no CorvelException)"
+            EXPECT_EQ(ThrownText([&] { spec->SetConstraint(constraint); }),
+                      isAllowed ? "(nothing was thrown)"
                                 : "Invalid constraint specified for parameter size.  The parameter "
                                   "constraint specified is not allowed for a parameter of this "
                                   "type.");
@@ -238,9 +238,9 @@ TEST(ParameterSpec, RefusedConstraintLeavesTheOldOne) {
     const auto spec = ParameterSpec::New("size", Type::StringList);
     const auto constraint = AOrB();
     spec->SetConstraint(constraint);
-    EXPECT_NE(
-        MessageOf([&] { spec->SetConstraint(ParameterConstraint::New(ConstraintType::IntRange)); }),
-        "(no CorvelException)");
+    EXPECT_NE(ThrownText(
+                  [&] { spec->SetConstraint(ParameterConstraint::New(ConstraintType::IntRange)); }),
+              "(nothing was thrown)");
     EXPECT_EQ(spec->GetConstraint(), constraint);
 }
 

@@ -4,7 +4,7 @@
 
 #include "corvel/metaobj/MetaStruct.h"
 #include "corvel/metaobj/StructNames.h"
-#include "tests/support/MessageOf.h"
+#include "tests/support/ThrownText.h"
 
 // The linker puts this in the place of IsValidFieldName (--wrap), which refuses nothing itself.
 bool RefuseDashes(const std::string& name) asm(
@@ -18,12 +18,12 @@ bool RefuseDashes(const std::string& name) {
 namespace Corvel::MetaObj {
 namespace {
 
-using Test::MessageOf;
+using Testing::ThrownText;
 
 TEST(FieldNameRefusal, RefusedNameRaisesAndChangesNothing) {
     const auto structure = MetaStruct::New("Point");
     structure->SetField("x", 1);
-    EXPECT_EQ(MessageOf([&] { structure->SetField("x-y", 2); }),
+    EXPECT_EQ(ThrownText([&] { structure->SetField("x-y", 2); }),
               "Unable to set new field x-y on structure Point, because the field name contains "
               "invalid character. Can only be alphanumeric characters and '_'");
     EXPECT_EQ(structure->ToString(), "{'x' => '1', }");
@@ -32,9 +32,9 @@ TEST(FieldNameRefusal, RefusedNameRaisesAndChangesNothing) {
 TEST(FieldNameRefusal, NullValueAndRefusedNameComeBeforeTheLock) {
     const auto structure = MetaStruct::New("Point");
     structure->LockStructure();
-    EXPECT_EQ(MessageOf([&] { structure->SetField("x-y", nullptr); }),
+    EXPECT_EQ(ThrownText([&] { structure->SetField("x-y", nullptr); }),
               "Invalid NULL value was assigned to the field x-y in the structure Point");
-    EXPECT_EQ(MessageOf([&] { structure->SetField("x-y", 2); }),
+    EXPECT_EQ(ThrownText([&] { structure->SetField("x-y", 2); }),
               "Unable to set new field x-y on structure Point, because the field name contains "
               "invalid character. Can only be alphanumeric characters and '_'");
 }

@@ -14,14 +14,14 @@
 #include "corvel/metaobj/MetaList.h"
 #include "corvel/metaobj/MetaString.h"
 #include "corvel/metaobj/MetaStruct.h"
-#include "tests/support/MessageOf.h"
+#include "tests/support/ThrownText.h"
 
 namespace Corvel::MetaObj {
 namespace {
 
 using Errors = std::list<std::string>;
 using Answer = std::pair<bool, Errors>;
-using Test::MessageOf;
+using Testing::ThrownText;
 
 // Claims to be of a kind and is of no class of the library.
 class FalseValue final : public MetaObject {
@@ -64,18 +64,18 @@ TEST(MetaList, NewTakesEveryScalarType) {
 
 TEST(MetaList, NewWithoutStructureRefusesStructList) {
     const std::string message = "Integer, boolean or string type expected for list.";
-    EXPECT_EQ(MessageOf([] { MetaList::New(MetaType::Struct); }), message);
-    EXPECT_EQ(MessageOf([] { MetaList::New(MetaType::List); }), message);
-    EXPECT_EQ(MessageOf([] { MetaList::New(static_cast<MetaType>(5)); }), message);
+    EXPECT_EQ(ThrownText([] { MetaList::New(MetaType::Struct); }), message);
+    EXPECT_EQ(ThrownText([] { MetaList::New(MetaType::List); }), message);
+    EXPECT_EQ(ThrownText([] { MetaList::New(static_cast<MetaType>(5)); }), message);
 }
 
 TEST(MetaList, NewWithAStructureRefusesEveryOtherType) {
     const std::string message = "Struct type expected for list.";
     const auto structure = MetaStruct::New("S");
     for (const MetaType type : {MetaType::Int, MetaType::Bool, MetaType::String, MetaType::List}) {
-        EXPECT_EQ(MessageOf([&] { MetaList::New(type, structure); }), message);
-        EXPECT_EQ(MessageOf([&] { MetaList::New(type, nullptr); }), message);
-        EXPECT_EQ(MessageOf([&] { MetaList::New(type, std::shared_ptr<MetaObject>(structure)); }),
+        EXPECT_EQ(ThrownText([&] { MetaList::New(type, structure); }), message);
+        EXPECT_EQ(ThrownText([&] { MetaList::New(type, nullptr); }), message);
+        EXPECT_EQ(ThrownText([&] { MetaList::New(type, std::shared_ptr<MetaObject>(structure)); }),
                   message);
     }
     structure->SetField("a", 1);  // refused lists have not locked it
@@ -86,7 +86,7 @@ TEST(MetaList, NewLocksItsStructure) {
     const auto list = MetaList::New(MetaType::Struct, structure);
     EXPECT_EQ(list->GetListStructure(), structure);
     EXPECT_EQ(list->GetListType(), MetaType::Struct);
-    EXPECT_EQ(MessageOf([&] { structure->SetField("a", 1); }),
+    EXPECT_EQ(ThrownText([&] { structure->SetField("a", 1); }),
               "Unable to set new field a on structure. Structure has been locked");
 }
 
@@ -127,14 +127,15 @@ TEST(MetaList, GivesItsItemsInOrder) {
 
 TEST(MetaList, GetItemRefusesTheCountAsIndex) {
     const std::string message = "Get requested on invalid index of MetaList";
-    EXPECT_EQ(MessageOf([] { Letters()->GetItem(3); }), message);
-    EXPECT_EQ(MessageOf([] { Letters()->GetItem(UINT32_MAX); }), message);
-    EXPECT_EQ(MessageOf([] { MetaList::New(MetaType::Int)->GetItem(0); }), message);
+    EXPECT_EQ(ThrownText([] { Letters()->GetItem(3); }), message);
+    EXPECT_EQ(ThrownText([] { Letters()->GetItem(UINT32_MAX); }), message);
+    EXPECT_EQ(ThrownText([] { MetaList::New(MetaType::Int)->GetItem(0); }), message);
 }
 
 TEST(MetaList, DeleteRefusesTheCountAsIndex) {
     const auto list = Letters();
-    EXPECT_EQ(MessageOf([&] { list->Delete(3); }), "Delete requested on invalid index of MetaList");
+    EXPECT_EQ(ThrownText([&] { list->Delete(3); }),
+              "Delete requested on invalid index of MetaList");
     EXPECT_EQ(list->ToString(), "a, b, c");
 }
 
@@ -242,17 +243,17 @@ TEST(MetaList, AddCountsANullCStringAsTheEmptyText) {
 
 TEST(MetaList, AddRefusesNull) {
     const auto list = MetaList::New(MetaType::Int);
-    EXPECT_EQ(MessageOf([&] { list->Add(nullptr); }), "Null object passed to Add");
-    EXPECT_EQ(MessageOf([&] { list->Add(std::shared_ptr<MetaObject>()); }),
+    EXPECT_EQ(ThrownText([&] { list->Add(nullptr); }), "Null object passed to Add");
+    EXPECT_EQ(ThrownText([&] { list->Add(std::shared_ptr<MetaObject>()); }),
               "Null object passed to Add");
-    EXPECT_EQ(MessageOf([&] { list->Add(std::shared_ptr<MetaInt>()); }),
+    EXPECT_EQ(ThrownText([&] { list->Add(std::shared_ptr<MetaInt>()); }),
               "Null object passed to Add");
     EXPECT_EQ(list->GetCount(), 0U);
 }
 
 TEST(MetaList, AddOfAnIntToAStringListNamesBothTypes) {
     const auto list = MetaList::New(MetaType::String);
-    EXPECT_EQ(MessageOf([&] { list->Add(1); }),
+    EXPECT_EQ(ThrownText([&] { list->Add(1); }),
               "Invalid type specificed in MetaList.  Expected object of type String got object of "
               "type Int");
     EXPECT_EQ(list->GetCount(), 0U);
@@ -263,7 +264,7 @@ TEST(MetaList, AddOfAStructureThatLacksAFieldTellsEveryReason) {
     const auto item = MetaStruct::New("Point");
     item->SetField("a", 1);
     item->SetField("x", 1);
-    EXPECT_EQ(MessageOf([&] { list->Add(item); }),
+    EXPECT_EQ(ThrownText([&] { list->Add(item); }),
               "Invalid structure detected by MetaList::Add.  Type Errors were: (2) : "
               "Missing field in input: y, "
               "There was an error adding an item to this list.  The item being added did not match "
@@ -275,7 +276,7 @@ TEST(MetaList, AddOfAStructureWithFewerFieldsTellsTheCountsToo) {
     const auto list = MetaList::New(MetaType::Struct, PointDefinition());
     const auto item = MetaStruct::New(list->GetListStructure());
     item->SetField("x", 1);
-    EXPECT_EQ(MessageOf([&] { list->Add(item); }),
+    EXPECT_EQ(ThrownText([&] { list->Add(item); }),
               "Invalid structure detected by MetaList::Add.  Type Errors were: (3) : "
               "Mismatch on number of fields set in struct. Expected 2 found 1, "
               "Missing field in input: y, "
@@ -285,7 +286,7 @@ TEST(MetaList, AddOfAStructureWithFewerFieldsTellsTheCountsToo) {
 
 TEST(MetaList, AddToAListWithANullStructureTellsWhy) {
     const auto list = MetaList::New(MetaType::Struct, nullptr);
-    EXPECT_EQ(MessageOf([&] { list->Add(PointDefinition()); }),
+    EXPECT_EQ(ThrownText([&] { list->Add(PointDefinition()); }),
               "Invalid structure detected by MetaList::Add.  Type Errors were: (1) : "
               "List created with NULL structure.  No items can be added to this list., ");
 }
@@ -323,7 +324,7 @@ TEST(MetaList, AddAllMovesTextsOver) {
 
 TEST(MetaList, AddAllOfTheWrongTypeRaises) {
     const auto list = MetaList::New(MetaType::Int);
-    EXPECT_EQ(MessageOf([&] { list->AddAll(std::list<bool>({true})); }),
+    EXPECT_EQ(ThrownText([&] { list->AddAll(std::list<bool>({true})); }),
               "Invalid type specificed in MetaList.  Expected object of type Int got object of "
               "type Bool");
     EXPECT_EQ(list->GetCount(), 0U);

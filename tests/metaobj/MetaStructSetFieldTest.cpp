@@ -13,12 +13,12 @@
 #include "corvel/metaobj/MetaList.h"
 #include "corvel/metaobj/MetaString.h"
 #include "corvel/metaobj/MetaStruct.h"
-#include "tests/support/MessageOf.h"
+#include "tests/support/ThrownText.h"
 
 namespace Corvel::MetaObj {
 namespace {
 
-using Test::MessageOf;
+using Testing::ThrownText;
 
 // Every test runs with the name as a C string and as a string.
 template <typename Name>
@@ -130,9 +130,9 @@ TYPED_TEST(MetaStructSetField, ListsHaveTheTypeOfTheirValuesEvenWhenEmpty) {
 TYPED_TEST(MetaStructSetField, NullptrRaisesAsAnEmptyReferenceDoes) {
     const std::string message =
         "Invalid NULL value was assigned to the field book in the structure Shelf";
-    EXPECT_EQ(MessageOf([this] { this->_structure->SetField(this->_name, nullptr); }), message);
+    EXPECT_EQ(ThrownText([this] { this->_structure->SetField(this->_name, nullptr); }), message);
     const auto setEmpty = [this](auto empty) {
-        return MessageOf([&] { this->_structure->SetField(this->_name, empty); });
+        return ThrownText([&] { this->_structure->SetField(this->_name, empty); });
     };
     EXPECT_EQ(setEmpty(std::shared_ptr<MetaObject>()), message);
     EXPECT_EQ(setEmpty(std::shared_ptr<MetaBool>()), message);

@@ -10,14 +10,14 @@
 #include "corvel/metaobj/MetaList.h"
 #include "corvel/metaobj/MetaString.h"
 #include "corvel/metaobj/MetaStruct.h"
-#include "tests/support/MessageOf.h"
+#include "tests/support/ThrownText.h"
 
 namespace Corvel::MetaObj {
 namespace {
 
 using Names = std::list<std::string>;
 using Errors = std::list<std::string>;
-using Test::MessageOf;
+using Testing::ThrownText;
 
 // Claims to be a structure and is none.
 class FalseStruct final : public MetaObject {
@@ -45,15 +45,15 @@ TEST(MetaStruct, NewTakesANameOfMixedCaseLettersAndDigits) {
 TEST(MetaStruct, NewRefusesUnderscoreDashAndTheEmptyName) {
     const std::string prefix = "Invalid name specified for MetaStruct: ";
     for (const std::string name : {"a_b", "a-b", ""}) {
-        EXPECT_EQ(MessageOf([&] { MetaStruct::New(name); }), prefix + name);
-        EXPECT_EQ(MessageOf([&] { MetaStruct::New(name.c_str()); }), prefix + name);
-        EXPECT_EQ(MessageOf([&] { MetaStruct::New(std::string(name)); }), prefix + name);
+        EXPECT_EQ(ThrownText([&] { MetaStruct::New(name); }), prefix + name);
+        EXPECT_EQ(ThrownText([&] { MetaStruct::New(name.c_str()); }), prefix + name);
+        EXPECT_EQ(ThrownText([&] { MetaStruct::New(std::string(name)); }), prefix + name);
     }
-    EXPECT_EQ(MessageOf([] { MetaStruct::New(static_cast<const char*>(nullptr)); }), prefix);
+    EXPECT_EQ(ThrownText([] { MetaStruct::New(static_cast<const char*>(nullptr)); }), prefix);
 }
 
 TEST(MetaStruct, NewRefusesAnEmptyReferenceAsDefinition) {
-    EXPECT_EQ(MessageOf([] { MetaStruct::New(std::shared_ptr<MetaStruct>()); }),
+    EXPECT_EQ(ThrownText([] { MetaStruct::New(std::shared_ptr<MetaStruct>()); }),
               "Invalid name specified for MetaStruct: ");
 }
 
@@ -127,7 +127,7 @@ TEST(MetaStruct, FieldNameMayHoldANul) {
 TEST(MetaStruct, NullValueRaisesAMessageWithFieldAndTypeName) {
     const auto structure = MetaStruct::New("Point");
     const auto set = [&] { structure->SetField("x", std::shared_ptr<MetaObject>()); };
-    EXPECT_EQ(MessageOf(set),
+    EXPECT_EQ(ThrownText(set),
               "Invalid NULL value was assigned to the field x in the structure Point");
     EXPECT_FALSE(structure->HasField("x"));
 }
@@ -135,7 +135,7 @@ TEST(MetaStruct, NullValueRaisesAMessageWithFieldAndTypeName) {
 TEST(MetaStruct, NullValueIsRefusedBeforeTheLockIsLookedAt) {
     const auto structure = MetaStruct::New("Point");
     structure->LockStructure();
-    EXPECT_EQ(MessageOf([&] { structure->SetField("x", nullptr); }),
+    EXPECT_EQ(ThrownText([&] { structure->SetField("x", nullptr); }),
               "Invalid NULL value was assigned to the field x in the structure Point");
 }
 
@@ -169,7 +169,7 @@ TEST(MetaStruct, DocumentationOfAFieldSetWithoutOneIsMissing) {
 
 TEST(MetaStruct, DocumentationOfAnAbsentFieldRaises) {
     const auto structure = MetaStruct::New("Point");
-    EXPECT_EQ(MessageOf([&] { structure->GetFieldDocumentation("z"); }),
+    EXPECT_EQ(ThrownText([&] { structure->GetFieldDocumentation("z"); }),
               "Field z is not present in the structure Point");
 }
 
@@ -239,7 +239,7 @@ TEST(MetaStruct, LockedStructureReplacesFieldsButAddsNone) {
     structure->LockStructure();
     structure->LockStructure();
     structure->SetField("a", "new");
-    EXPECT_EQ(MessageOf([&] { structure->SetField("b", 1); }),
+    EXPECT_EQ(ThrownText([&] { structure->SetField("b", 1); }),
               "Unable to set new field b on structure. Structure has been locked");
     EXPECT_EQ(structure->ToString(), "{'a' => 'new', }");
 }
@@ -249,7 +249,7 @@ TEST(MetaStruct, LockedStructureRefusesToRemoveFieldsAbsentOnesToo) {
     structure->SetField("a", 1);
     structure->LockStructure();
     for (const char* name : {"a", "b"}) {
-        EXPECT_EQ(MessageOf([&] { structure->RemoveField(name); }),
+        EXPECT_EQ(ThrownText([&] { structure->RemoveField(name); }),
                   "Structure is locked, unable to remove fields");
     }
     EXPECT_TRUE(structure->HasField("a"));
@@ -261,7 +261,7 @@ TEST(MetaStruct, FieldRemovedBeforeTheLockCannotComeBack) {
     structure->SetField("b", MetaInt::New(2), "kept");
     structure->RemoveField("a");
     structure->LockStructure();
-    EXPECT_EQ(MessageOf([&] { structure->SetField("a", 1); }),
+    EXPECT_EQ(ThrownText([&] { structure->SetField("a", 1); }),
               "Unable to set new field a on structure. Structure has been locked");
     EXPECT_EQ(structure->GetFieldNames(), Names({"b"}));
     EXPECT_EQ(structure->GetFieldDocumentation("b"), "kept");
@@ -270,7 +270,7 @@ TEST(MetaStruct, FieldRemovedBeforeTheLockCannotComeBack) {
 TEST(MetaStruct, DefinitionGainsNoFieldsOnceItHasBeenUsed) {
     const auto definition = PointDefinition();
     MetaStruct::New(definition);
-    EXPECT_EQ(MessageOf([&] { definition->SetField("z", 1); }),
+    EXPECT_EQ(ThrownText([&] { definition->SetField("z", 1); }),
               "Unable to set new field z on structure. Structure has been locked");
     definition->SetField("x", "replaced");
     EXPECT_EQ(definition->ToString(), "{'x' => 'replaced', 'y' => '0', }");
@@ -279,7 +279,7 @@ TEST(MetaStruct, DefinitionGainsNoFieldsOnceItHasBeenUsed) {
 TEST(MetaStruct, InstanceAcceptsTheFieldsOfItsDefinitionOnly) {
     const auto point = MetaStruct::New(PointDefinition());
     point->SetField("y", 2);
-    EXPECT_EQ(MessageOf([&] { point->SetField("z", 3); }),
+    EXPECT_EQ(ThrownText([&] { point->SetField("z", 3); }),
               "Unable to set new field z on structure.  The field does not match the Structure "
               "definition for this MetaStruct.");
     EXPECT_EQ(point->ToString(), "{'y' => '2', }");
@@ -291,7 +291,7 @@ TEST(MetaStruct, InstanceRefusesAFieldThatItsDefinitionHadOnceRemoved) {
     const auto definition = PointDefinition();
     definition->RemoveField("x");
     const auto point = MetaStruct::New(definition);
-    EXPECT_EQ(MessageOf([&] { point->SetField("x", 1); }),
+    EXPECT_EQ(ThrownText([&] { point->SetField("x", 1); }),
               "Unable to set new field x on structure.  The field does not match the Structure "
               "definition for this MetaStruct.");
 }
@@ -335,7 +335,7 @@ TEST(MetaStruct, LockedInstanceKeepsToTheFieldsThatItHas) {
     point->SetField("x", 1);
     point->LockStructure();
     point->SetField("x", 2);
-    EXPECT_EQ(MessageOf([&] { point->SetField("y", 1); }),
+    EXPECT_EQ(ThrownText([&] { point->SetField("y", 1); }),
               "Unable to set new field y on structure. Structure has been locked");
     EXPECT_EQ(point->ToString(), "{'x' => '2', }");
 }
@@ -347,7 +347,7 @@ TEST(MetaStruct, PartOfADefinitionCanBeADefinitionItself) {
     const auto point = MetaStruct::New(onlyX);
     EXPECT_EQ(point->GetTypeName(), "Point");
     EXPECT_EQ(point->GetStructureDefinition(), onlyX);
-    EXPECT_EQ(MessageOf([&] { point->SetField("y", 1); }),
+    EXPECT_EQ(ThrownText([&] { point->SetField("y", 1); }),
               "Unable to set new field y on structure.  The field does not match the Structure "
               "definition for this MetaStruct.");
     point->SetField("x", 5);

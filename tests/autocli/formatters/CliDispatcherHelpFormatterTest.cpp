@@ -15,6 +15,7 @@
 #include "corvel/metaobj/MetaStruct.h"
 #include "tests/autocli/formatters/FormattingSupport.h"
 #include "tests/autocli/formatters/TextSupport.h"
+#include "tests/support/ThrownText.h"
 
 namespace Corvel::AutoCli {
 namespace {
@@ -155,12 +156,7 @@ TEST(CliDispatcherHelpFormatter, MissingFieldsReadAsEmptyAndABadList) {
 }
 
 std::string Refusal(const std::shared_ptr<MetaObject>& root) {
-    try {
-        Help(root);
-    } catch (const CorvelException& exception) {
-        return exception.what();
-    }
-    return "nothing was thrown";
+    return Testing::ThrownText([&] { Help(root); });
 }
 
 TEST(CliDispatcherHelpFormatter, RefusesAnyOtherRoot) {

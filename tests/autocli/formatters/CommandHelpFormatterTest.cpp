@@ -13,6 +13,7 @@
 #include "corvel/metaobj/MetaStruct.h"
 #include "tests/autocli/formatters/FormattingSupport.h"
 #include "tests/autocli/formatters/TextSupport.h"
+#include "tests/support/ThrownText.h"
 
 namespace Corvel::AutoCli {
 namespace {
@@ -214,12 +215,7 @@ TEST(CommandHelpFormatter, ItemsThatAreNoStructuresArePassedOver) {
 }
 
 std::string Refusal(const std::shared_ptr<MetaObject>& root) {
-    try {
-        Help(root);
-    } catch (const CorvelException& exception) {
-        return exception.what();
-    }
-    return "nothing was thrown";
+    return Testing::ThrownText([&] { Help(root); });
 }
 
 TEST(CommandHelpFormatter, RefusesAnyOtherRoot) {

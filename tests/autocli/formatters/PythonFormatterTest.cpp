@@ -7,13 +7,13 @@
 #include <gtest/gtest.h>
 
 #include "corvel/autocli/formatters/PythonFormatter.h"
-#include "corvel/metaobj/CorvelException.h"
 #include "corvel/metaobj/MetaBool.h"
 #include "corvel/metaobj/MetaInt.h"
 #include "corvel/metaobj/MetaList.h"
 #include "corvel/metaobj/MetaString.h"
 #include "corvel/metaobj/MetaStruct.h"
 #include "tests/autocli/formatters/FormattingSupport.h"
+#include "tests/support/ThrownText.h"
 
 namespace Corvel::AutoCli {
 namespace {
@@ -105,17 +105,9 @@ TEST(PythonFormatter, LevelDoesNotMatter) {
 
 TEST(PythonFormatter, NullValueRaises) {
     PythonFormatter formatter;
-    const auto raised = [](const auto& format) -> std::string {
-        try {
-            format();
-            return "nothing raised";
-        } catch (const CorvelException& error) {
-            return error.what();
-        }
-    };
     const std::string expected = "Invalid MetaObject passed to Format in PythonFormatter";
-    EXPECT_EQ(expected, raised([&formatter] { FormatRoot(formatter, nullptr); }));
-    EXPECT_EQ(expected, raised([&formatter] { FormatValue(formatter, nullptr, 2); }));
+    EXPECT_EQ(expected, Testing::ThrownText([&formatter] { FormatRoot(formatter, nullptr); }));
+    EXPECT_EQ(expected, Testing::ThrownText([&formatter] { FormatValue(formatter, nullptr, 2); }));
 }
 
 TEST(PythonFormatter, FalseValueIsAnErrorLine) {

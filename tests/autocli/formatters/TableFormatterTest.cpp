@@ -16,6 +16,7 @@
 #include "corvel/metaobj/MetaStruct.h"
 #include "tests/autocli/formatters/FormattingSupport.h"
 #include "tests/autocli/formatters/TextSupport.h"
+#include "tests/support/ThrownText.h"
 
 namespace Corvel::AutoCli {
 namespace {
@@ -403,12 +404,7 @@ TEST(TableFormatter, RowThatIsNoStructureIsAnErrorLineAlone) {
 
 /// The text of what formatting throws.
 std::string Refusal(const std::shared_ptr<MetaObject>& root) {
-    try {
-        Table(root);
-    } catch (const CorvelException& exception) {
-        return exception.what();
-    }
-    return "nothing was thrown";
+    return Testing::ThrownText([&] { Table(root); });
 }
 
 TEST(TableFormatter, RefusesWhatIsNoListOfStructures) {

@@ -21,7 +21,7 @@
 #include "corvel/metaobj/CorvelException.h"
 #include "corvel/metaobj/MetaList.h"
 #include "corvel/metaobj/MetaStruct.h"
-#include "tests/autocli/ThrownText.h"
+#include "tests/support/ThrownText.h"
 
 namespace Corvel::AutoCli {
 namespace {

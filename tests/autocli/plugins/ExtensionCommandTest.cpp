@@ -2,7 +2,6 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <functional>
 #include <list>
 #include <optional>
 #include <vector>
@@ -16,10 +15,10 @@
 #include "corvel/callspec/InputSpec.h"
 #include "corvel/callspec/OutputSpec.h"
 #include "corvel/callspec/ParameterSpec.h"
-#include "corvel/metaobj/CorvelException.h"
 #include "corvel/metaobj/MetaInt.h"
 #include "corvel/metaobj/MetaObject.h"
 #include "tests/support/TemporaryDirectory.h"
+#include "tests/support/ThrownText.h"
 
 namespace Corvel::AutoCli {
 
@@ -31,6 +30,7 @@ using CallSpec::Output;
 using CallSpec::OutputSpec;
 using CallSpec::ParameterSpec;
 using CallSpec::ParameterType;
+using Testing::ThrownText;
 using Errors = std::list<std::string>;
 
 /// What was run, as the listener hears of it.
@@ -76,15 +76,6 @@ private:
     std::optional<std::string> _language;
 };
 
-std::string Raised(const std::function<void()>& call) {
-    try {
-        call();
-    } catch (const CorvelException& e) {
-        return e.what();
-    }
-    return "nothing raised";
-}
-
 /// The message for a command line that printed nothing.
 std::string NoData(const std::string& line, const std::string& number) {
     return "Got no data from process.\nCommand \"" + line +
@@ -97,9 +88,9 @@ TEST(ExtensionCommand, NewOneHasEmptyTemplatesAndNoSpecifications) {
     const auto command = ExtensionCommand::New();
     EXPECT_EQ(command->SubstituteInput(Input::New(), false), "");
     EXPECT_EQ(command->SubstituteInput(Input::New(), true), "");
-    EXPECT_EQ(Raised([&] { command->GetInputSpecInternal(); }),
+    EXPECT_EQ(ThrownText([&] { command->GetInputSpecInternal(); }),
               "Request for NULL InputSpec.  Extension command is incomplete and will not work");
-    EXPECT_EQ(Raised([&] { command->GetOutputSpecInternal(); }),
+    EXPECT_EQ(ThrownText([&] { command->GetOutputSpecInternal(); }),
               "Request for NULL OutputSpec.  Extension command is incomplete and will not work");
 }
 
@@ -283,7 +274,7 @@ TEST_F(Extension, UserIsNotNamedWithoutSupportOrWithoutAName) {
 
 TEST_F(Extension, FailureToStartTheChildPassesThrough) {
     const std::string line(200000, ':');
-    EXPECT_EQ(Raised([&] { Run(line); }),
+    EXPECT_EQ(ThrownText([&] { Run(line); }),
               "Failed to call process '" + line + "': Argument list too long");
     EXPECT_FALSE(output->HasError());
 }
@@ -292,14 +283,15 @@ TEST_F(Extension, ValueWithANulStartsNoShell) {
     const Testing::TemporaryDirectory directory;
     input->AddParameter("text", std::string("x\0y", 3));
     const std::string line = "echo > " + directory.File("ran") + "; : ";
-    EXPECT_EQ(Raised([&] { Run(line + "$val{text}"); }), "Failed to call process '" + line + "x");
+    EXPECT_EQ(ThrownText([&] { Run(line + "$val{text}"); }),
+              "Failed to call process '" + line + "x");
     EXPECT_FALSE(std::filesystem::exists(directory.File("ran")));
 }
 
 TEST_F(Extension, WithoutInputSpecificationNoShellIsStarted) {
     const auto incomplete = ExtensionCommand::New();
     incomplete->SetExecuteCommand("echo ERROR:x");
-    EXPECT_EQ(Raised([&] { incomplete->ExecuteInternal(input, output); }),
+    EXPECT_EQ(ThrownText([&] { incomplete->ExecuteInternal(input, output); }),
               "Request for NULL InputSpec.  Extension command is incomplete and will not work");
     EXPECT_TRUE(commandLines.empty());
 }

@@ -9,7 +9,7 @@
 #include "corvel/autocli/formatters/Formatter.h"
 #include "corvel/autocli/plugins/InternalPlugin.h"
 #include "corvel/metaobj/CorvelException.h"
-#include "tests/autocli/ThrownText.h"
+#include "tests/support/ThrownText.h"
 
 namespace Corvel::AutoCli {
 namespace {

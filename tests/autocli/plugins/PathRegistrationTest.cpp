@@ -10,7 +10,7 @@
 #include "corvel/autocli/RootNamespace.h"
 #include "corvel/autocli/plugins/ExtensionCommand.h"
 #include "corvel/autocli/plugins/PathRegistration.h"
-#include "tests/autocli/ThrownText.h"
+#include "tests/support/ThrownText.h"
 
 namespace Corvel::AutoCli {
 namespace {

@@ -16,9 +16,9 @@
 #include "corvel/callspec/Input.h"
 #include "corvel/callspec/Output.h"
 #include "corvel/metaobj/MetaObject.h"
-#include "tests/autocli/ThrownText.h"
 #include "tests/autocli/VirtualSlot.h"
 #include "tests/support/TemporaryDirectory.h"
+#include "tests/support/ThrownText.h"
 
 namespace Corvel::AutoCli {
 namespace {

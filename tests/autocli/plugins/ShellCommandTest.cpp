@@ -20,6 +20,7 @@
 #include "tests/support/FullOutput.h"
 #include "tests/support/ProcessState.h"
 #include "tests/support/TemporaryDirectory.h"
+#include "tests/support/ThrownText.h"
 
 namespace Corvel::AutoCli {
 
@@ -31,6 +32,7 @@ using Testing::Interruptions;
 using Testing::OpenDescriptors;
 using Testing::ReadFile;
 using Testing::TemporaryDirectory;
+using Testing::ThrownText;
 
 constexpr std::size_t kMegabyte = 1 << 20;
 
@@ -54,12 +56,7 @@ protected:
     }
 
     static std::string FailureOf(const std::string& command, const std::string& input = {}) {
-        try {
-            OutputOf(command, input);
-        } catch (const CorvelException& e) {
-            return e.what();
-        }
-        return "no failure";
+        return ThrownText([&] { OutputOf(command, input); });
     }
 };
 

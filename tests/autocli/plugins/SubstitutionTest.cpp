@@ -15,6 +15,7 @@
 #include "corvel/callspec/InputSpec.h"
 #include "corvel/callspec/ParameterSpec.h"
 #include "corvel/metaobj/CorvelException.h"
+#include "tests/support/ThrownText.h"
 
 namespace Corvel::AutoCli {
 
@@ -678,12 +679,8 @@ TEST(Substitution, InputWithAnotherSpecificationRaisesForItsUnknownParameter) {
     const auto input = Input::New();
     input->AddParameter("bb", "one");
     input->SetInputSpec(InputSpec::New());
-    try {
-        call.command->SubstituteInput(input, false);
-        FAIL() << "nothing raised";
-    } catch (const CorvelException& e) {
-        EXPECT_STREQ(e.what(), "Request for unknown parameter: bb");
-    }
+    EXPECT_EQ(Testing::ThrownText([&] { call.command->SubstituteInput(input, false); }),
+              "Request for unknown parameter: bb");
 }
 
 TEST(Substitution, HelpIsAParameterToo) {

@@ -17,7 +17,7 @@
 #include "corvel/callspec/ParameterConstraint.h"
 #include "corvel/callspec/ParameterSpec.h"
 #include "corvel/metaobj/MetaObject.h"
-#include "tests/autocli/ThrownText.h"
+#include "tests/support/ThrownText.h"
 
 namespace Corvel::AutoCli {
 namespace {

@@ -5,8 +5,8 @@
 
 #include "corvel/autocli/plugins/XmlDocument.h"
 #include "corvel/autocli/plugins/XmlNodes.h"
-#include "corvel/metaobj/CorvelException.h"
 #include "corvel/metaobj/MetaObject.h"
+#include "tests/support/ThrownText.h"
 
 namespace Corvel::AutoCli {
 namespace {
@@ -37,15 +37,10 @@ TEST(XmlNodes, NullNodeHasNeitherNameNorChildrenNorSiblings) {
 }
 
 TEST(XmlNodes, DocumentWithoutRootIsNoOutput) {
-    try {
-        BuildOutputValue(nullptr);
-        FAIL();
-    } catch (const CorvelException& error) {
-        EXPECT_STREQ(
-            "Error parsing command output.  Unable to find a properly formatted output tag as the "
-            "document root",
-            error.what());
-    }
+    EXPECT_EQ(
+        "Error parsing command output.  Unable to find a properly formatted output tag as the "
+        "document root",
+        Testing::ThrownText([] { BuildOutputValue(nullptr); }));
 }
 
 }  // namespace

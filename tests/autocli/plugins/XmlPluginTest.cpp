@@ -21,9 +21,9 @@
 #include "corvel/callspec/OutputSpec.h"
 #include "corvel/callspec/ParameterSpec.h"
 #include "corvel/metaobj/MetaObject.h"
-#include "tests/autocli/ThrownText.h"
 #include "tests/support/ProcessState.h"
 #include "tests/support/TemporaryDirectory.h"
+#include "tests/support/ThrownText.h"
 
 namespace Corvel::AutoCli {
 namespace {

@@ -1,6 +1,5 @@
 #include <climits>
 #include <cstddef>
-#include <functional>
 #include <memory>
 #include <random>
 #include <sstream>
@@ -19,6 +18,7 @@
 #include "corvel/metaobj/MetaList.h"
 #include "corvel/metaobj/MetaString.h"
 #include "corvel/metaobj/MetaStruct.h"
+#include "tests/support/ThrownText.h"
 
 namespace Corvel::AutoCli {
 namespace {
@@ -30,22 +30,13 @@ using MetaObj::MetaObject;
 using MetaObj::MetaString;
 using MetaObj::MetaStruct;
 using MetaObj::MetaType;
+using Testing::ThrownText;
 
 /// What stands before the reason in a refusal of a whole text.
 const std::string kRefusal =
     "Error parsing command output.  Unable to build a proper metaobject from output tag.  output "
     "must contain properly formatted tags of type bool, int, string, structure and list. Error was "
     ": ";
-
-/// The message of the CorvelException that the call raises.
-std::string Raised(const std::function<void()>& call) {
-    try {
-        call();
-        return "nothing raised";
-    } catch (const CorvelException& error) {
-        return error.what();
-    }
-}
 
 /// The type and text of a value, "none" for an empty reference.
 std::string Describe(const std::shared_ptr<MetaObject>& value) {
@@ -91,7 +82,7 @@ std::shared_ptr<MetaObject> Build(std::string_view text) {
 }
 
 std::string BuildRefusal(std::string_view text) {
-    return Raised([text] { Build(text); });
+    return ThrownText([text] { Build(text); });
 }
 
 struct Case {
@@ -372,21 +363,21 @@ TEST(XmlUtilBuildMetaObject, StringIsTheWholeContent) {
 TEST(XmlUtilBuildMetaObject, TextAndCommentNodesAreRefused) {
     const Document text("<o>text</o>");
     EXPECT_EQ("Trying to make a meta object from a text field",
-              Raised([&text] { XmlUtil_BuildMetaObject(text.FirstNode()); }));
+              ThrownText([&text] { XmlUtil_BuildMetaObject(text.FirstNode()); }));
     const Document comment("<o><!-- comment --></o>");
     EXPECT_EQ("Trying to make a meta object from a comment",
-              Raised([&comment] { XmlUtil_BuildMetaObject(comment.FirstNode()); }));
+              ThrownText([&comment] { XmlUtil_BuildMetaObject(comment.FirstNode()); }));
 }
 
 TEST(XmlUtilBuildMetaObject, OtherNodesThatAreNoElementsAreRefusedByName) {
     const Document cdata("<o><![CDATA[x]]></o>");
     EXPECT_EQ("Unable to make a MetaObject from a node with tag ''",
-              Raised([&cdata] { XmlUtil_BuildMetaObject(cdata.FirstNode()); }));
+              ThrownText([&cdata] { XmlUtil_BuildMetaObject(cdata.FirstNode()); }));
     const Document instruction("<o><?int 5?></o>");
     EXPECT_EQ("Unable to make a MetaObject from a node with tag 'int'",
-              Raised([&instruction] { XmlUtil_BuildMetaObject(instruction.FirstNode()); }));
+              ThrownText([&instruction] { XmlUtil_BuildMetaObject(instruction.FirstNode()); }));
     EXPECT_EQ("Unable to make a MetaObject from a node with tag ''",
-              Raised([] { XmlUtil_BuildMetaObject(nullptr); }));
+              ThrownText([] { XmlUtil_BuildMetaObject(nullptr); }));
     EXPECT_EQ("Unable to make a MetaObject from a node with tag 'float'", BuildRefusal("<float/>"));
 }
 
@@ -423,7 +414,7 @@ TEST(BuildMetaList, UnknownTypeWordIsRefused) {
     EXPECT_EQ("Invalid list type attribute.  Must be one of [string, int, bool, structure, list]",
               BuildRefusal("<list/>"));
     EXPECT_EQ("Invalid list type attribute.  Must be one of [string, int, bool, structure, list]",
-              Raised([] { BuildMetaList(nullptr); }));
+              ThrownText([] { BuildMetaList(nullptr); }));
 }
 
 TEST(BuildMetaList, ListOfListsFailsWithTheListsOwnMessage) {
@@ -443,7 +434,7 @@ TEST(BuildMetaList, FirstStructureBecomesTheListStructure) {
     ASSERT_EQ(2U, list->GetCount());
     EXPECT_EQ(list->GetItem(0), list->GetListStructure());
     EXPECT_EQ("Unable to set new field y on structure. Structure has been locked",
-              Raised([&list] { list->GetListStructure()->SetField("y", 1); }));
+              ThrownText([&list] { list->GetListStructure()->SetField("y", 1); }));
 }
 
 TEST(BuildMetaList, ListOfStructuresWithoutItemsHasNoListStructure) {
@@ -506,7 +497,8 @@ TEST(BuildMetaStruct, TypeNameIsCheckedByTheStructure) {
     EXPECT_EQ("Invalid name specified for MetaStruct: a_b",
               BuildRefusal("<structure typeName=\"a_b\"/>"));
     EXPECT_EQ("Invalid name specified for MetaStruct: ", BuildRefusal("<structure/>"));
-    EXPECT_EQ("Invalid name specified for MetaStruct: ", Raised([] { BuildMetaStruct(nullptr); }));
+    EXPECT_EQ("Invalid name specified for MetaStruct: ",
+              ThrownText([] { BuildMetaStruct(nullptr); }));
 }
 
 TEST(XmlUtilFindChildNode, FindsTheOneElementOfThatName) {
@@ -524,7 +516,7 @@ TEST(XmlUtilFindChildNode, FindsTheOneElementOfThatName) {
 TEST(XmlUtilFindChildNode, RefusesTwoOfThatName) {
     const Document document("<o><one/><two/><one/><one/></o>");
     EXPECT_EQ("More than one instance of one found, expected only one.",
-              Raised([&document] { XmlUtil_FindChildNode(document.Root(), "one"); }));
+              ThrownText([&document] { XmlUtil_FindChildNode(document.Root(), "one"); }));
 }
 
 TEST(XmlUtilGetContentForChildByTag, GivesTheContentOfTheOneElementOfThatName) {
@@ -540,7 +532,7 @@ TEST(XmlUtilGetContentForChildByTag, RefusesTwoOfThatName) {
     EXPECT_EQ(
         "Illegal Duplicate tags found.  The tag one was expected only once, but was found multiple "
         "times.",
-        Raised([&document] { XmlUtil_GetContentForChildByTag(document.Root(), "one"); }));
+        ThrownText([&document] { XmlUtil_GetContentForChildByTag(document.Root(), "one"); }));
 }
 
 TEST(XmlUtilExtractAttribute, GivesTheValueOrNothing) {
