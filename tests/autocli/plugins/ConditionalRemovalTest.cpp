@@ -1,4 +1,4 @@
-#include <chrono>
+#include <ctime>
 
 #include <gtest/gtest.h>
 
@@ -80,13 +80,14 @@ TEST(ConditionalRemoval, TakesLinearTimeAtAnySizeAndNesting) {
     const std::string unpaired = repeat(kMany, "$if{a,");
     const std::string openings = repeat(kMany, "{{{{") + "$if{a,x}";
     const std::string groups = "$if{" + repeat(kMany, "a") + repeat(kMany, "{}") + "$if{a,x}";
-    const auto start = std::chrono::steady_clock::now();
+    // Processor time: what else the machine does must not count.
+    const std::clock_t start = std::clock();
     EXPECT_EQ(Removed(nested), "");
     EXPECT_EQ(Removed(unpaired), unpaired);
     EXPECT_EQ(Removed(repeat(kMany, "$if{a,x}")), "");
     EXPECT_EQ(Removed(openings), openings.substr(0, 4 * kMany));
     EXPECT_EQ(Removed(groups), groups.substr(0, groups.size() - 8));
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
+    EXPECT_LT(std::clock() - start, 20 * CLOCKS_PER_SEC);
 }
 
 }  // namespace

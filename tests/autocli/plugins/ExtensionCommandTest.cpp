@@ -76,6 +76,19 @@ private:
     std::optional<std::string> _language;
 };
 
+/// Values made of everything that has a meaning to the shell; run as code, they print "code".
+std::vector<std::string> HostileValues() {
+    std::vector<std::string> values = {"", "-e", "a b", "#", "it's", "a\\", "${HOME}", "~", "*"};
+    for (const char* before : {"", "'", "\"", "\\", " #", "\\'", "\\\""}) {
+        for (const char* opening : {";", "\n", "&", "|", "`", "$(", "' #\n", "\"\n", ")\n"}) {
+            for (const char* closing : {"", ";", "`", ")", "'", "\\"}) {
+                values.push_back(std::string(before) + opening + "echo code" + closing);
+            }
+        }
+    }
+    return values;
+}
+
 /// The message for a command line that printed nothing.
 std::string NoData(const std::string& line, const std::string& number) {
     return "Got no data from process.\nCommand \"" + line +
@@ -153,6 +166,37 @@ TEST_F(Extension, ValuesReachCommandLineAndStandardInput) {
     EXPECT_EQ(output->GetRootObject()->ToString(), "a;b");
     EXPECT_EQ(commandLines,
               (std::vector<std::string>{"echo \"<output>\"; cat; echo \"</output>\"; : a\\;b"}));
+}
+
+TEST_F(Extension, ValueBetweenItsOwnSingleQuotesIsOneWordToTheShellWithoutThem) {
+    command->SetExecuteCommand(
+        "printf '[%s]' '$val{text}' end; v='$val{text}'; printf '[%s]' \"$v\" end");
+    for (const std::string& value : HostileValues()) {
+        const auto call = Input::New();
+        call->AddParameter("text", value);
+        call->SetInputSpec(spec);
+        std::string printed;
+        AutoCli_ShellCmd(command->SubstituteInput(call, false), printed, "");
+        const std::string words = "[" + SanitizeChar(value, '\'') + "][end]";
+        EXPECT_EQ(printed, words + words);
+    }
+}
+
+TEST_F(Extension, ValuesInsideDoubleQuotesAreNoCodeToTheShell) {
+    spec->AddParameter(ParameterSpec::New("texts", ParameterType::StringList));
+    command->SetExecuteCommand(
+        "exec 3>&1; echo() { printf %s \"$1\" >&3; }\n"
+        "printf %s \"$val{text}\" $list{texts,',',true} > /dev/null; echo done");
+    for (const std::string& value : HostileValues()) {
+        const auto call = Input::New();
+        call->AddParameter("text", value);
+        call->AddParameter("texts", value);
+        call->AddParameter("texts", "last");
+        call->SetInputSpec(spec);
+        std::string printed;
+        AutoCli_ShellCmd(command->SubstituteInput(call, false), printed, "");
+        EXPECT_EQ(printed, "done") << value;
+    }
 }
 
 TEST_F(Extension, LeadingErrorLinesBecomeMessagesAndNothingIsParsed) {

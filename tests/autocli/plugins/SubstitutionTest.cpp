@@ -1,5 +1,5 @@
 #include <algorithm>
-#include <chrono>
+#include <ctime>
 #include <map>
 #include <optional>
 #include <random>
@@ -730,9 +730,10 @@ TEST(Substitution, TakesLinearTimeForTemplatesOfAMegabyte) {
     for (const std::string& unit : units) {
         const std::string body = Repeat(kMegabyte / unit.size(), unit);
         for (const std::string& text : {"$" + body, body + ",true}$if{zz,x}"}) {
-            const auto start = std::chrono::steady_clock::now();
+            // Processor time: what else the machine does must not count.
+            const std::clock_t start = std::clock();
             Expand(text, values);
-            EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10)) << unit;
+            EXPECT_LT(std::clock() - start, 10 * CLOCKS_PER_SEC) << unit;
         }
     }
 }
