@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <exception>
 #include <string>
 
@@ -14,9 +13,8 @@ namespace Corvel {
 /// Ownership: keeps its own copy of the message; what() points into it and lives as long as it.
 class CORVEL_EXPORT CorvelException : public std::exception {
 public:
-    template <std::size_t N>
-    explicit CorvelException(const char (&message)[N])
-        : CorvelException(std::string(static_cast<const char*>(message))) {}
+    /// Null counts as empty text.
+    explicit CorvelException(const char* message);
     explicit CorvelException(const std::string& message);
     CorvelException(const CorvelException&) = default;
     CorvelException& operator=(const CorvelException&) = default;

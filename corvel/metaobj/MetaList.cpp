@@ -3,12 +3,10 @@
 #include <algorithm>
 #include <utility>
 
-#include "corvel/metaobj/CorvelException.h"
 #include "corvel/metaobj/MetaBool.h"
 #include "corvel/metaobj/MetaInt.h"
 #include "corvel/metaobj/MetaString.h"
 #include "corvel/metaobj/MetaStruct.h"
-#include "corvel/metaobj/NullText.h"
 #include "corvel/metaobj/ReleaseScope.h"
 #include "corvel/metaobj/StructureComparison.h"
 #include "corvel/metaobj/ValueText.h"

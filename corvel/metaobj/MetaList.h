@@ -7,7 +7,9 @@
 #include <string>
 #include <vector>
 
+#include "corvel/metaobj/CorvelException.h"
 #include "corvel/metaobj/MetaObject.h"
+#include "corvel/metaobj/MetaStruct.h"
 #include "corvel/metaobj/StrayPointer.h"
 #include "corvel/platform/Export.h"
 
@@ -16,7 +18,6 @@ namespace Corvel::MetaObj {
 class MetaBool;
 class MetaInt;
 class MetaString;
-class MetaStruct;
 
 /// A sequence of values of one kind (Int, Bool, String or Struct; there are no lists of lists), in
 /// the order in which they were added. A list of structures has a list structure, whose shape every

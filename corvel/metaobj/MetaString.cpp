@@ -64,6 +64,10 @@ std::shared_ptr<MetaString> MetaString::NewUtf8WithEscapes(std::string&& text) {
     return std::make_shared<MetaString>(FactoryFlag{}, std::string(text));
 }
 
+std::shared_ptr<MetaString> MetaString::NewUtf8WithEscapes(const char* text) {
+    return NewUtf8WithEscapes(std::string(TextOrEmpty(text)));
+}
+
 MetaString::MetaString(FactoryFlag flag, std::string&& text)
     : MetaObject(flag, MetaType::String), _value(std::move(text)) {}
 

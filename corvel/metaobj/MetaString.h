@@ -21,6 +21,8 @@ public:
     /// it is replaced by its escaped form, each stray byte written as \xHH, and the caller finds
     /// that form in `text`.
     static std::shared_ptr<MetaString> NewUtf8WithEscapes(std::string&& text);
+    /// The same of a copy of the text. Null counts as empty text.
+    static std::shared_ptr<MetaString> NewUtf8WithEscapes(const char* text);
 
     MetaString(FactoryFlag flag, std::string&& text);
 

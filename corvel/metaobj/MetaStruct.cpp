@@ -3,11 +3,9 @@
 #include <algorithm>
 #include <utility>
 
-#include "corvel/metaobj/CorvelException.h"
 #include "corvel/metaobj/MetaStructLayout.h"
 #include "corvel/metaobj/NullText.h"
 #include "corvel/metaobj/ReleaseScope.h"
-#include "corvel/metaobj/StructNames.h"
 #include "corvel/metaobj/StructureComparison.h"
 #include "corvel/metaobj/ValueText.h"
 #include "corvel/metaobj/ValueView.h"
@@ -34,6 +32,9 @@ const std::string& MetaStruct::_docMissingStaticString = DocMissing();
 
 MetaStruct::Field::Field(std::shared_ptr<MetaObject> fieldValue, std::string fieldDocumentation)
     : value(std::move(fieldValue)), documentation(std::move(fieldDocumentation)) {}
+
+MetaStruct::Field::Field(std::shared_ptr<MetaObject> fieldValue, const char* fieldDocumentation)
+    : Field(std::move(fieldValue), std::string(TextOrEmpty(fieldDocumentation))) {}
 
 std::shared_ptr<MetaStruct> MetaStruct::New(const char* typeName) {
     return New(std::string(TextOrEmpty(typeName)));
@@ -217,7 +218,9 @@ void MetaStruct::SetField(const std::string& name,
                               ", because the field name contains invalid character. Can only be "
                               "alphanumeric characters and '_'");
     }
-    Store(SlotFor(name), Field(std::move(value), documentation));
+    // A copy, and made first: the text may be that of another field, which SlotFor may move.
+    Field field(std::move(value), documentation);
+    Store(SlotFor(name), std::move(field));
 }
 
 // Where the field is, or may now be put.

@@ -9,8 +9,10 @@
 #include <string_view>
 #include <vector>
 
+#include "corvel/metaobj/CorvelException.h"
 #include "corvel/metaobj/MetaObject.h"
 #include "corvel/metaobj/StrayPointer.h"
+#include "corvel/metaobj/StructNames.h"
 #include "corvel/platform/Export.h"
 
 namespace Corvel::MetaObj {
@@ -27,12 +29,13 @@ class MetaString;
 /// Ownership: shares its values and its definition. A structure must not contain itself.
 /// Failures:  CorvelException, except for GetFieldType(); a change that failed leaves the structure
 ///            as it was.
-/// Names:     null, as a C string, counts as the empty name.
+/// Texts:     null, as a C string, counts as empty text; so does it as a name.
 class CORVEL_EXPORT MetaStruct final : public MetaObject {
 public:
     /// What a name stands for.
     struct CORVEL_EXPORT Field {
         Field(std::shared_ptr<MetaObject> fieldValue, std::string fieldDocumentation);
+        Field(std::shared_ptr<MetaObject> fieldValue, const char* fieldDocumentation);
 
         std::shared_ptr<MetaObject> value;  ///< never null once it is in a structure
         std::string documentation;          ///< empty: not documented
@@ -92,6 +95,9 @@ public:
     void SetField(const std::string& name,
                   std::shared_ptr<MetaObject> value,
                   const char* documentation);
+    void SetField(const char* name,
+                  std::shared_ptr<MetaObject> value,
+                  const std::string& documentation);
     void SetField(const char* name, std::shared_ptr<MetaObject> value, const char* documentation);
 
     /// The same for everything that a value can be made of, without documentation. A null C string

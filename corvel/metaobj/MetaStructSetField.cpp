@@ -30,6 +30,12 @@ void MetaStruct::SetField(const std::string& name,
 
 void MetaStruct::SetField(const char* name,
                           std::shared_ptr<MetaObject> value,
+                          const std::string& documentation) {
+    SetField(std::string(TextOrEmpty(name)), std::move(value), documentation);
+}
+
+void MetaStruct::SetField(const char* name,
+                          std::shared_ptr<MetaObject> value,
                           const char* documentation) {
     SetField(std::string(TextOrEmpty(name)), std::move(value), documentation);
 }

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "corvel/metaobj/NullText.h"
+
 namespace Corvel::MetaObj {
 
 namespace {
@@ -17,8 +19,16 @@ bool IsValidStructName(const std::string& name) {
     return !name.empty() && std::all_of(name.begin(), name.end(), IsLetterOrDigit);
 }
 
+bool IsValidStructName(const char* name) {
+    return IsValidStructName(std::string(TextOrEmpty(name)));
+}
+
 bool IsValidFieldName(const std::string& /*name*/) {
     return true;
+}
+
+bool IsValidFieldName(const char* name) {
+    return IsValidFieldName(std::string(TextOrEmpty(name)));
 }
 
 }  // namespace Corvel::MetaObj

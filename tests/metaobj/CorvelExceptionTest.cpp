@@ -14,6 +14,10 @@ TEST(CorvelException, KeepsTheMessageOfALiteral) {
     EXPECT_STREQ(CorvelException("").what(), "");
 }
 
+TEST(CorvelException, NullCountsAsEmptyText) {
+    EXPECT_STREQ(CorvelException(static_cast<const char*>(nullptr)).what(), "");
+}
+
 TEST(CorvelException, CopiesTheMessageOfAString) {
     std::string message = "Out of paper";
     const CorvelException exception(message);

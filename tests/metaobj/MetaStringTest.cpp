@@ -20,6 +20,7 @@ TEST(MetaString, EveryEmptyTextIsTheSameObject) {
 
 TEST(MetaString, NullCountsAsEmptyText) {
     EXPECT_EQ(MetaString::New(static_cast<const char*>(nullptr)), MetaString::New());
+    EXPECT_EQ(MetaString::NewUtf8WithEscapes(nullptr), MetaString::New());
 }
 
 TEST(MetaString, KeepsACopyOfTheText) {
@@ -60,6 +61,7 @@ TEST(MetaString, StrayByteIsEscapedInTheValueAndInTheCallersText) {
     std::string text = "caf\xFF";
     const auto value = MetaString::NewUtf8WithEscapes(std::move(text));
     EXPECT_EQ(value->GetValue(), "caf\\xff");
+    EXPECT_EQ(MetaString::NewUtf8WithEscapes("caf\xFF")->GetValue(), "caf\\xff");
     EXPECT_EQ(text, "caf\\xff");  // NOLINT(bugprone-use-after-move): it is the documented effect
 }
 

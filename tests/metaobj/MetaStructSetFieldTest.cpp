@@ -167,6 +167,8 @@ TEST(MetaStructSetFieldName, NullCountsAsTheEmptyName) {
     const char* const noName = nullptr;
     const auto structure = MetaStruct::New("Shelf");
     structure->SetField(noName, 1);
+    structure->SetField(noName, MetaInt::New(3), std::string("doc"));
+    EXPECT_EQ(structure->GetField(noName)->ToString(), "3");
     structure->SetField(noName, MetaInt::New(2), "doc");
     EXPECT_EQ(structure->GetFieldNames(), std::list<std::string>({""}));
     EXPECT_TRUE(structure->HasField(noName));

@@ -207,6 +207,18 @@ TEST(MetaStruct, ManyFieldsComeAndGo) {
     EXPECT_EQ(structure->GetFieldDocumentation("stays"), "always here");
 }
 
+TEST(MetaStruct, DocumentationOfOneFieldCanBeGivenToAnother) {
+    const auto structure = MetaStruct::New("S");
+    const std::string documentation(100, 'd');
+    structure->SetField("stays", MetaInt::New(7), documentation);
+    for (int i = 0; i < 100; ++i) {
+        const std::string name = "f" + std::to_string(i);
+        structure->SetField(name, MetaInt::New(i), structure->GetFieldDocumentation("stays"));
+        ASSERT_EQ(structure->GetFieldDocumentation(name), documentation);
+        structure->RemoveField(name);
+    }
+}
+
 TEST(MetaStruct, HundredThousandFieldsInNoOrderAreNoTrouble) {
     constexpr int kFields = 100000;
     const auto structure = MetaStruct::New("S");
@@ -229,6 +241,7 @@ TEST(MetaStruct, FieldRecordIsMovableAndAssignable) {
     moved = second;
     EXPECT_EQ(moved.value, MetaInt::New(2));
     EXPECT_EQ(moved.documentation, "two");
+    EXPECT_EQ(MetaStruct::Field(MetaInt::New(3), nullptr).documentation, "");
 }
 
 // --- Lock and definition -------------------------------------------------------------------------

@@ -48,6 +48,11 @@ TEST(IsValidStructName, AgreesWithThePatternOnRandomNames) {
     }
 }
 
+TEST(IsValidStructName, NullIsTheEmptyName) {
+    EXPECT_FALSE(IsValidStructName(nullptr));
+    EXPECT_TRUE(IsValidFieldName(nullptr));
+}
+
 TEST(IsValidFieldName, AcceptsEverything) {
     for (const std::string name : {"", "a", "a b", "a_b", "\n", "\xFF"}) {
         EXPECT_TRUE(IsValidFieldName(name));
