@@ -2,12 +2,11 @@
 
 #include <memory>
 
+#include "corvel/callspec/InputSpec.h"
+#include "corvel/callspec/OutputSpec.h"
 #include "corvel/platform/Export.h"
 
 namespace Corvel::CallSpec {
-
-class InputSpec;
-class OutputSpec;
 
 /// Whatever can be called: it declares the input that it takes and the output that it gives.
 class CORVEL_EXPORT CallTargetSpec {

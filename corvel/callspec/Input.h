@@ -5,12 +5,12 @@
 #include <memory>
 #include <string>
 
+#include "corvel/callspec/InputSpec.h"
 #include "corvel/callspec/ParameterSpec.h"
+#include "corvel/metaobj/CorvelException.h"
 #include "corvel/platform/Export.h"
 
 namespace Corvel::CallSpec {
-
-class InputSpec;
 
 /// The data of one call: the texts given for each parameter, and the values of contexts.
 ///

@@ -18,6 +18,10 @@ bool IsBefore(const std::shared_ptr<ParameterSpec>& parameter, const std::string
     return parameter->GetName() < name;
 }
 
+std::string NameTaken(const std::string& name) {
+    return "Found a duplicate paramater specification for parameter named '" + name + "'";
+}
+
 std::string ShortNameTaken(const ParameterSpec& parameter, const ParameterSpec& other) {
     return "Invalid short name specified for --" + parameter.GetName() + ". The short name -" +
            parameter.GetShortName() + " is already used for --" + other.GetName();
@@ -56,12 +60,19 @@ void InputSpec::RequireNew(const ParameterSpec* parameter) const {
     if (name.size() < 2) {
         throw CorvelException("Parameter name must be at least 2 characters");
     }
+    // The name alone is looked up. There are no more short names than letters and digits, so the
+    // whole list is seldom walked, whatever its length.
+    if (shortName.empty()) {
+        if (FindParameter(name) != nullptr) {
+            throw CorvelException(NameTaken(name));
+        }
+        return;
+    }
     for (const auto& other : _parameters) {
         if (other->GetName() == name) {
-            throw CorvelException(
-                "Found a duplicate paramater specification for parameter named '" + name + "'");
+            throw CorvelException(NameTaken(name));
         }
-        if (!shortName.empty() && other->GetShortName() == shortName) {
+        if (other->GetShortName() == shortName) {
             throw CorvelException(ShortNameTaken(*parameter, *other));
         }
     }

@@ -6,13 +6,14 @@
 #include <string>
 #include <vector>
 
+#include "corvel/callspec/ParameterSpec.h"
+#include "corvel/metaobj/CorvelException.h"
 #include "corvel/platform/Export.h"
 
 namespace Corvel::CallSpec {
 
 class Input;
 class Output;
-class ParameterSpec;
 
 /// What one command accepts: its parameters, in ascending byte order of their long names but for
 /// those that stand last, and the names of the contexts that it knows.

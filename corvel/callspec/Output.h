@@ -6,13 +6,13 @@
 #include <memory>
 #include <string>
 
+#include "corvel/metaobj/MetaObject.h"
 #include "corvel/platform/Export.h"
 
 namespace Corvel::MetaObj {
 class MetaBool;
 class MetaInt;
 class MetaList;
-class MetaObject;
 class MetaString;
 class MetaStruct;
 }  // namespace Corvel::MetaObj

@@ -5,13 +5,14 @@
 #include <memory>
 #include <string>
 
+#include "corvel/metaobj/CorvelException.h"
+#include "corvel/metaobj/MetaObject.h"
 #include "corvel/platform/Export.h"
 
 namespace Corvel::MetaObj {
 class MetaBool;
 class MetaInt;
 class MetaList;
-class MetaObject;
 class MetaString;
 class MetaStruct;
 }  // namespace Corvel::MetaObj

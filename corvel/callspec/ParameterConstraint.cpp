@@ -1,6 +1,5 @@
 #include "corvel/callspec/ParameterConstraint.h"
 
-#include <algorithm>
 #include <stdexcept>
 #include <utility>
 
@@ -35,11 +34,6 @@ std::string SetText(const std::vector<T>& values) {
         separator = ", ";
     }
     return text + "]";
-}
-
-template <typename T>
-bool Contains(const std::vector<T>& values, const T& value) {
-    return std::find(values.begin(), values.end(), value) != values.end();
 }
 
 }  // namespace
@@ -77,7 +71,7 @@ void ParameterConstraint::GetIntRange(long& min, long& max) const {
 }
 
 void ParameterConstraint::AddIntEnum(long value) {
-    if (Contains(_intValues, value)) {
+    if (!_intSet.insert(value).second) {
         throw CorvelException("Duplicate Value found in ParameterConstraint::AddIntEnum");
     }
     _intValues.push_back(value);
@@ -88,7 +82,7 @@ const std::vector<long>& ParameterConstraint::GetIntEnum() const {
 }
 
 void ParameterConstraint::AddStringEnum(std::string value, std::string description) {
-    if (Contains(_stringValues, value)) {
+    if (!_stringSet.insert(value).second) {
         throw CorvelException("Duplicate Value found in ParameterConstraint::AddStringEnum: " +
                               value);
     }
@@ -172,6 +166,24 @@ bool ParameterConstraint::Validate(const std::string& value,
     return false;
 }
 
+bool ParameterConstraint::Validate(const std::string& value,
+                                   const char* parameterName,
+                                   const std::shared_ptr<Output>& output) const {
+    return Validate(value, std::string(TextOrEmpty(parameterName)), output);
+}
+
+bool ParameterConstraint::Validate(const char* value,
+                                   const std::string& parameterName,
+                                   const std::shared_ptr<Output>& output) const {
+    return Validate(std::string(TextOrEmpty(value)), parameterName, output);
+}
+
+bool ParameterConstraint::Validate(const char* value,
+                                   const char* parameterName,
+                                   const std::shared_ptr<Output>& output) const {
+    return Validate(std::string(TextOrEmpty(value)), parameterName, output);
+}
+
 bool ParameterConstraint::ValidateInt(const std::string& value,
                                       const std::string& name,
                                       Output& output) const {
@@ -189,7 +201,7 @@ bool ParameterConstraint::ValidateInt(const std::string& value,
                                ToString());
         return false;
     }
-    if (Contains(_intValues, number)) {
+    if (_intSet.count(number) != 0) {
         return true;
     }
     output.AddErrorMessage("Invalid data constraint for parameter '" + name +
@@ -200,7 +212,7 @@ bool ParameterConstraint::ValidateInt(const std::string& value,
 bool ParameterConstraint::ValidateString(const std::string& value,
                                          const std::string& name,
                                          Output& output) const {
-    if (Contains(_stringValues, value)) {
+    if (_stringSet.count(value) != 0) {
         return true;
     }
     output.AddErrorMessage("Invalid data constraint for parameter '" + name +

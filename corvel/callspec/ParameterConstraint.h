@@ -4,8 +4,10 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
+#include "corvel/metaobj/CorvelException.h"
 #include "corvel/platform/Export.h"
 
 namespace Corvel::CallSpec {
@@ -88,6 +90,15 @@ public:
     bool Validate(const std::string& value,
                   const std::string& parameterName,
                   const std::shared_ptr<Output>& output) const;
+    bool Validate(const std::string& value,
+                  const char* parameterName,
+                  const std::shared_ptr<Output>& output) const;
+    bool Validate(const char* value,
+                  const std::string& parameterName,
+                  const std::shared_ptr<Output>& output) const;
+    bool Validate(const char* value,
+                  const char* parameterName,
+                  const std::shared_ptr<Output>& output) const;
 
 private:
     struct CompiledPattern;
@@ -102,7 +113,9 @@ private:
     long _min = 0;
     long _max = 0;
     std::vector<long> _intValues;
+    std::unordered_set<long> _intSet;  // the same, to look one up
     std::vector<std::string> _stringValues;
+    std::unordered_set<std::string> _stringSet;  // the same, to look one up
     std::map<std::string, std::string> _stringDescriptions;
     std::string _pattern;
     mutable std::unique_ptr<CompiledPattern> _compiled;  // of _pattern; made when first needed

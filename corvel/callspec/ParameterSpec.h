@@ -5,12 +5,13 @@
 #include <memory>
 #include <string>
 
+#include "corvel/callspec/ParameterConstraint.h"
+#include "corvel/metaobj/CorvelException.h"
 #include "corvel/platform/Export.h"
 
 namespace Corvel::CallSpec {
 
 class Output;
-class ParameterConstraint;
 
 /// The kind of a parameter. The numbers are part of the binary interface; a list kind is its single
 /// kind plus 4.

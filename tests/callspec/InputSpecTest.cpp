@@ -169,6 +169,17 @@ TEST(InputSpec, FirstConflictInTheListIsTold) {
               "Found a duplicate paramater specification for parameter named 'alpha'");
 }
 
+TEST(InputSpec, TenThousandParametersAreNoTrouble) {
+    constexpr std::size_t kParameters = 10000;
+    const auto spec = InputSpec::New();
+    for (std::size_t i = 0; i < kParameters; ++i) {
+        spec->AddParameter(Parameter("p" + std::to_string(i)));
+    }
+    EXPECT_EQ(spec->GetParameters().size(), kParameters);
+    EXPECT_EQ(ThrownText([&] { spec->AddParameter(Parameter("p9999")); }),
+              "Found a duplicate paramater specification for parameter named 'p9999'");
+}
+
 TEST(InputSpec, NullParameterRaises) {
     const auto spec = InputSpec::New();
     EXPECT_EQ(ThrownText([&] { spec->AddParameter(nullptr); }),

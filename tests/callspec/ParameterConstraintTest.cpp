@@ -257,6 +257,20 @@ TEST(ParameterConstraint, OnlyValuesWithDescriptionsAreDescribed) {
                   {"first", "A"}, {"second", "B"}, {"string", "C"}, {"strings", "string"}}));
 }
 
+TEST(ParameterConstraint, HundredThousandValuesAreNoTrouble) {
+    constexpr int kValues = 100000;
+    const auto integers = ParameterConstraint::New(Type::IntEnum);
+    const auto texts = ParameterConstraint::New(Type::StringEnum);
+    for (int i = 0; i < kValues; ++i) {
+        integers->AddIntEnum(i);
+        texts->AddStringEnum("value" + std::to_string(i));
+    }
+    EXPECT_EQ(Validate(*integers, "99999"), kAccepted);
+    EXPECT_EQ(Validate(*texts, "value99999"), kAccepted);
+    EXPECT_EQ(ThrownText([&] { texts->AddStringEnum("value99999"); }),
+              "Duplicate Value found in ParameterConstraint::AddStringEnum: value99999");
+}
+
 TEST(ParameterConstraint, NullTextsAreEmptyTexts) {
     const char* const null = nullptr;
     const auto constraint = ParameterConstraint::New(Type::StringEnum);
@@ -272,6 +286,16 @@ TEST(ParameterConstraint, NullTextsAreEmptyTexts) {
     constraint->SetStringRegex("x");
     constraint->SetStringRegex(null);
     EXPECT_EQ(constraint->GetStringRegex(), "");
+
+    const auto output = Output::New();
+    EXPECT_TRUE(constraint->Validate(null, "size", output));
+    EXPECT_TRUE(constraint->Validate(null, std::string("size"), output));
+    EXPECT_FALSE(constraint->Validate("c", null, output));
+    EXPECT_FALSE(constraint->Validate(std::string("c"), null, output));
+    const std::string message =
+        "Invalid data constraint for parameter ''. Expected a single value from the set [, a, b] "
+        "got 'c'";
+    EXPECT_EQ(output->GetErrors(), (std::list<std::string>{message, message}));
 }
 
 TEST(ParameterConstraint, RegexMustMatchTheWholeValue) {
