@@ -1,27 +1,23 @@
 #pragma once
 
-#include <iosfwd>
 #include <map>
 #include <memory>
+#include <ostream>
 #include <string>
 #include <vector>
 
+#include "corvel/autocli/Command.h"
+#include "corvel/autocli/CommandInput.h"
+#include "corvel/autocli/CommandOutput.h"
+#include "corvel/autocli/RootNamespace.h"
+#include "corvel/autocli/formatters/DisplayContext.h"
+#include "corvel/autocli/formatters/FormatParameters.h"
+#include "corvel/autocli/formatters/Formatter.h"
+#include "corvel/autocli/plugins/Plugin.h"
+#include "corvel/callspec/Output.h"
 #include "corvel/platform/Export.h"
 
-namespace Corvel::CallSpec {
-class Output;
-}
-
 namespace Corvel::AutoCli {
-
-class Command;
-class CommandInput;
-class CommandOutput;
-class FormatParameters;
-class Formatter;
-class Plugin;
-class RootNamespace;
-struct DisplayContext;
 
 /// The registry at the centre of the system: the tree of commands, the plug-ins that fill it, and
 /// the formatters that they bring. Finds and runs commands and formats what they return; the

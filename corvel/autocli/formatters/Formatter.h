@@ -1,21 +1,17 @@
 #pragma once
 
 #include <cstddef>
-#include <iosfwd>
 #include <memory>
+#include <ostream>
 #include <string>
 #include <vector>
 
+#include "corvel/autocli/formatters/DisplayContext.h"
+#include "corvel/autocli/formatters/FormatParameters.h"
+#include "corvel/callspec/Output.h"
 #include "corvel/platform/Export.h"
 
-namespace Corvel::CallSpec {
-class Output;
-}
-
 namespace Corvel::AutoCli {
-
-class FormatParameters;
-struct DisplayContext;
 
 /// One parameter that a formatter understands, as shown to the user.
 struct FormatterParam {

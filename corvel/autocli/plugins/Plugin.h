@@ -4,12 +4,11 @@
 #include <string>
 #include <vector>
 
+#include "corvel/autocli/Namespace.h"
+#include "corvel/autocli/formatters/Formatter.h"
 #include "corvel/platform/Export.h"
 
 namespace Corvel::AutoCli {
-
-class Formatter;
-class Namespace;
 
 /// The unit through which namespaces, commands and formatters reach a dispatcher: a shared library,
 /// a descriptor file, or what is built in.

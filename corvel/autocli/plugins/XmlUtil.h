@@ -3,17 +3,14 @@
 #include <memory>
 #include <string>
 
+#include "corvel/metaobj/MetaList.h"
+#include "corvel/metaobj/MetaObject.h"
+#include "corvel/metaobj/MetaStruct.h"
 #include "corvel/platform/Export.h"
 
 // libxml2's own name for a node, declared here so that no header of ours needs libxml2.
 struct _xmlNode;  // NOLINT(bugprone-reserved-identifier): the name is libxml2's
 using xmlNode = _xmlNode;
-
-namespace Corvel::MetaObj {
-class MetaList;
-class MetaObject;
-class MetaStruct;
-}  // namespace Corvel::MetaObj
 
 namespace Corvel::AutoCli {
 
