@@ -5,9 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "corvel/metaobj/MetaBool.h"
 #include "corvel/metaobj/MetaInt.h"
-#include "corvel/metaobj/MetaList.h"
 #include "corvel/metaobj/MetaString.h"
 #include "corvel/metaobj/MetaStruct.h"
 #include "tests/metaobj/SampleValues.h"
