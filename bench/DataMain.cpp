@@ -85,9 +85,11 @@ std::string DescriptorText(const std::string& nameSpace, std::size_t commands) {
 void WriteDescriptors(std::size_t count, const std::string& folder) {
     std::filesystem::create_directories(folder);
     for (std::size_t i = 0; i < count; ++i) {
-        const std::string number = std::to_string(100'000 + i).substr(1);
-        Write(folder + "/unit" + number + ".xml",
-              DescriptorText("unit" + number, kCommandsOfDescriptor));
+        std::string name = "unit";
+        name.append(std::to_string(100'000 + i), 1);
+        std::string path = folder;
+        path.append("/").append(name).append(".xml");
+        Write(path, DescriptorText(name, kCommandsOfDescriptor));
     }
 }
 
