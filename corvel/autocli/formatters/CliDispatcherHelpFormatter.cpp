@@ -4,9 +4,9 @@
 
 #include "corvel/autocli/formatters/FormatParameters.h"
 #include "corvel/autocli/formatters/OutputBuffer.h"
+#include "corvel/autocli/formatters/OutputRoot.h"
 #include "corvel/autocli/formatters/TableRendering.h"
 #include "corvel/autocli/formatters/TextRendering.h"
-#include "corvel/callspec/Output.h"
 #include "corvel/metaobj/CorvelException.h"
 #include "corvel/metaobj/MetaList.h"
 #include "corvel/metaobj/MetaStruct.h"
@@ -70,9 +70,7 @@ bool CliDispatcherHelpFormatter::Format(const std::shared_ptr<CallSpec::Output>&
                                         FormatParameters& /*parameters*/,
                                         DisplayContext& display,
                                         std::ostream& stream) {
-    const auto listing = output == nullptr
-                             ? nullptr
-                             : std::dynamic_pointer_cast<MetaStruct>(output->GetRootObject());
+    const auto listing = std::dynamic_pointer_cast<MetaStruct>(OutputRoot(output));
     if (listing == nullptr || listing->GetTypeName() != "QuorcliCommandPrint") {
         throw CorvelException(
             "Error: Unexpected type for help output, formatter expected a struct with help data");

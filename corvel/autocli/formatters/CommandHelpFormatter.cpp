@@ -7,8 +7,8 @@
 
 #include "corvel/autocli/formatters/DisplayContext.h"
 #include "corvel/autocli/formatters/OutputBuffer.h"
+#include "corvel/autocli/formatters/OutputRoot.h"
 #include "corvel/autocli/formatters/TextRendering.h"
-#include "corvel/callspec/Output.h"
 #include "corvel/metaobj/CorvelException.h"
 #include "corvel/metaobj/MetaList.h"
 #include "corvel/metaobj/MetaStruct.h"
@@ -122,7 +122,7 @@ bool CommandHelpFormatter::Format(const std::shared_ptr<CallSpec::Output>& outpu
                                   FormatParameters& /*parameters*/,
                                   DisplayContext& display,
                                   std::ostream& stream) {
-    const auto root = output == nullptr ? nullptr : output->GetRootObject();
+    const auto root = OutputRoot(output);
     const MetaStruct* help = MetaObj::View(root.get()).structure;
     if (help == nullptr || help->GetTypeName() != "QuorCliCommandHelp") {
         throw CorvelException(

@@ -44,6 +44,7 @@ public:
     /// Writes the whole rendering of the output's root object to the stream. Neither the flags, the
     /// width, the fill nor the locale of the stream changes the text, nor are they changed.
     ///
+    /// @param output      to the formatters of this library, null is an output whose root is null.
     /// @param parameters  read only.
     /// @param display     the screen to write for; read only.
     /// @return whether the rendering was completed.

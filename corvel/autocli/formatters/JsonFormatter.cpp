@@ -6,9 +6,9 @@
 
 #include "corvel/autocli/formatters/EscapeTable.h"
 #include "corvel/autocli/formatters/OutputBuffer.h"
+#include "corvel/autocli/formatters/OutputRoot.h"
 #include "corvel/autocli/formatters/TextRendering.h"
 #include "corvel/autocli/formatters/ValueWalk.h"
-#include "corvel/callspec/Output.h"
 
 namespace Corvel::AutoCli {
 
@@ -134,7 +134,7 @@ bool JsonFormatter::Format(const std::shared_ptr<CallSpec::Output>& output,
                            DisplayContext& /*display*/,
                            std::ostream& stream) {
     OutputBuffer buffer(stream);
-    WriteValue(output->GetRootObject().get(), buffer, kRootLevel);
+    WriteValue(OutputRoot(output).get(), buffer, kRootLevel);
     buffer.Text().append("\n");
     buffer.Flush();
     return true;

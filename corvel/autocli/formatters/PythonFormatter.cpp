@@ -5,9 +5,9 @@
 
 #include "corvel/autocli/formatters/EscapeTable.h"
 #include "corvel/autocli/formatters/OutputBuffer.h"
+#include "corvel/autocli/formatters/OutputRoot.h"
 #include "corvel/autocli/formatters/TextRendering.h"
 #include "corvel/autocli/formatters/ValueWalk.h"
-#include "corvel/callspec/Output.h"
 #include "corvel/metaobj/CorvelException.h"
 
 namespace Corvel::AutoCli {
@@ -91,7 +91,7 @@ bool PythonFormatter::Format(const std::shared_ptr<CallSpec::Output>& output,
                              DisplayContext& /*display*/,
                              std::ostream& stream) {
     OutputBuffer buffer(stream);
-    WriteValue(output->GetRootObject().get(), buffer);
+    WriteValue(OutputRoot(output).get(), buffer);
     buffer.Text().append("\n");
     buffer.Flush();
     return true;

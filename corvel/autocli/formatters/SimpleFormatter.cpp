@@ -1,8 +1,8 @@
 #include "corvel/autocli/formatters/SimpleFormatter.h"
 
 #include "corvel/autocli/formatters/FormatParameters.h"
+#include "corvel/autocli/formatters/OutputRoot.h"
 #include "corvel/autocli/formatters/SimpleRendering.h"
-#include "corvel/callspec/Output.h"
 #include "corvel/metaobj/MetaList.h"
 #include "corvel/metaobj/MetaStruct.h"
 
@@ -72,7 +72,7 @@ bool SimpleFormatter::Format(const std::shared_ptr<CallSpec::Output>& output,
                              FormatParameters& parameters,
                              DisplayContext& /*display*/,
                              std::ostream& stream) {
-    const auto root = output == nullptr ? nullptr : output->GetRootObject();
+    const auto root = OutputRoot(output);
     const bool isList = root != nullptr && root->GetType() == MetaType::List;
     Format(root, parameters, stream, isList ? -1 : 0);
     return true;

@@ -1,7 +1,7 @@
 #include "corvel/autocli/formatters/TableFormatter.h"
 
+#include "corvel/autocli/formatters/OutputRoot.h"
 #include "corvel/autocli/formatters/TableRendering.h"
-#include "corvel/callspec/Output.h"
 #include "corvel/metaobj/CorvelException.h"
 #include "corvel/metaobj/MetaList.h"
 #include "corvel/metaobj/MetaStruct.h"
@@ -59,7 +59,7 @@ bool TableFormatter::Format(const std::shared_ptr<CallSpec::Output>& output,
                             FormatParameters& parameters,
                             DisplayContext& display,
                             std::ostream& stream) {
-    const auto root = output == nullptr ? nullptr : output->GetRootObject();
+    const auto root = OutputRoot(output);
     const MetaList* list = AsListOfStructs(root.get());
     if (list == nullptr) {
         throw CorvelException(

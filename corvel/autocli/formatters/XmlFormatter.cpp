@@ -7,9 +7,9 @@
 #include "corvel/autocli/formatters/EscapeTable.h"
 #include "corvel/autocli/formatters/FormatParameters.h"
 #include "corvel/autocli/formatters/OutputBuffer.h"
+#include "corvel/autocli/formatters/OutputRoot.h"
 #include "corvel/autocli/formatters/TextRendering.h"
 #include "corvel/autocli/formatters/ValueWalk.h"
-#include "corvel/callspec/Output.h"
 
 namespace Corvel::AutoCli {
 
@@ -168,7 +168,7 @@ bool XmlFormatter::Format(const std::shared_ptr<CallSpec::Output>& output,
     out.append("\">\n");
     WriteMetaData(parameters, out);
     out.append("   <root>\n");
-    WriteValue(output->GetRootObject().get(), buffer, kRootLevel);
+    WriteValue(OutputRoot(output).get(), buffer, kRootLevel);
     out.append("   </root>\n</output>\n");
     buffer.Flush();
     return true;

@@ -73,6 +73,15 @@ TEST(JsonFormatter, NullRootIsNull) {
     EXPECT_EQ("null\n", FormatRoot(formatter, nullptr));
 }
 
+TEST(JsonFormatter, NoOutputIsANullRoot) {
+    JsonFormatter formatter;
+    FormatParameters parameters;
+    DisplayContext display;
+    std::ostringstream stream;
+    EXPECT_TRUE(formatter.Format(nullptr, parameters, display, stream));
+    EXPECT_EQ("null\n", stream.str());
+}
+
 TEST(JsonFormatter, RootStructureBeginsWithAnEmptyLine) {
     auto value = MetaStruct::New("S");
     value->SetField("b", "x");

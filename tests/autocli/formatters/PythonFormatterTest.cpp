@@ -108,6 +108,12 @@ TEST(PythonFormatter, NullValueRaises) {
     const std::string expected = "Invalid MetaObject passed to Format in PythonFormatter";
     EXPECT_EQ(expected, Testing::ThrownText([&formatter] { FormatRoot(formatter, nullptr); }));
     EXPECT_EQ(expected, Testing::ThrownText([&formatter] { FormatValue(formatter, nullptr, 2); }));
+    EXPECT_EQ(expected, Testing::ThrownText([&formatter] {  // no output at all
+                  FormatParameters parameters;
+                  DisplayContext display;
+                  std::ostringstream stream;
+                  formatter.Format(nullptr, parameters, display, stream);
+              }));
 }
 
 TEST(PythonFormatter, FalseValueIsAnErrorLine) {

@@ -138,6 +138,15 @@ TEST(XmlFormatter, NullRootLeavesTheRootElementEmpty) {
     EXPECT_EQ("", FormatValue(formatter, nullptr, 2));
 }
 
+TEST(XmlFormatter, NoOutputIsANullRoot) {
+    XmlFormatter formatter;
+    FormatParameters parameters;
+    DisplayContext display;
+    std::ostringstream stream;
+    EXPECT_TRUE(formatter.Format(nullptr, parameters, display, stream));
+    EXPECT_EQ(FormatRoot(formatter, nullptr), stream.str());
+}
+
 TEST(XmlFormatter, RootListOfTwoStructuresIndentsItsDescendants) {
     auto disk = MetaStruct::New("Disk");
     disk->SetField("Size", 5);
