@@ -200,6 +200,18 @@ TEST_F(CliDispatcherTest, FormatterThatThrowsIsNotCaught) {
     testing::internal::GetCapturedStderr();
 }
 
+TEST_F(CliDispatcherTest, ErrorsThatTheParserBringsAlongEndTheLine) {
+    OptionParser parser;
+    parser.ParseVector({"test"});
+    std::string name;
+    std::string value;
+    parser.ParseParameter("word", name, value);
+    const Result result = Capture([&] { return _dispatcher.HandleOptions(parser, true); });
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(result.err, "Errors: \nAttempt to parse option failed.  Input was : word\n");
+}
+
 TEST_F(CliDispatcherTest, ParseErrorsAreAddedToThoseOfTheOptions) {
     RegisterCommand([](const auto&, const auto&) { FAIL(); });
     EXPECT_EQ(
