@@ -40,8 +40,8 @@ public:
 
 }  // namespace
 
-// NOLINTNEXTLINE(performance-unnecessary-value-param): the signature of every entry point
 extern "C" __attribute__((visibility("default"))) void AutoCli_RegisterNamespaces(
+    // NOLINTNEXTLINE(performance-unnecessary-value-param): the signature of every entry point
     std::shared_ptr<AutoCli::Namespace> root) {
     const auto greeting = root->SubNamespace("greeting");
     greeting->SetDescription("Greetings.");

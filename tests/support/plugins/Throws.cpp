@@ -16,8 +16,8 @@ public:
 }  // namespace
 
 /// Registers a namespace, then fails with what the build says.
-// NOLINTNEXTLINE(performance-unnecessary-value-param): the signature of every entry point
 extern "C" __attribute__((visibility("default"))) void AutoCli_RegisterNamespaces(
+    // NOLINTNEXTLINE(performance-unnecessary-value-param): the signature of every entry point
     std::shared_ptr<Corvel::AutoCli::Namespace> root) {
     root->SubNamespace("halfway");
     throw THROWN;
