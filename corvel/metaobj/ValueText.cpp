@@ -53,7 +53,7 @@ private:
                 AppendInt(_text, view.integer);
                 break;
             case ValueKind::String:
-                _text += *view.text;
+                _text += view.text;
                 break;
             case ValueKind::Struct:
                 _text += '{';

@@ -43,7 +43,7 @@ ValueView View(const MetaObject* value) {
         case MetaType::String:
             if (const auto* text = As<MetaString>(*value)) {
                 view.kind = ValueKind::String;
-                view.text = &text->GetValue();
+                view.text = text->GetValue();
             }
             break;
         case MetaType::Struct:

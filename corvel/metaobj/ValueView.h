@@ -25,7 +25,7 @@ struct ValueView {
     MetaType type = MetaType::Int;
     bool boolean = false;
     long integer = 0;
-    const std::string* text = nullptr;
+    std::string_view text;
     const MetaStruct* structure = nullptr;
     const MetaList* list = nullptr;
     const MetaObject* object = nullptr;  // of a Mismatch

@@ -46,7 +46,7 @@ TEST(ValueView, PointsToTheTextOfAString) {
     const ValueView view = View(value.get());
     EXPECT_EQ(view.kind, ValueKind::String);
     EXPECT_EQ(view.type, MetaType::String);
-    EXPECT_EQ(view.text, &value->GetValue());
+    EXPECT_EQ(view.text.data(), value->GetValue().data());
 }
 
 TEST(ValueView, PointsToAStructure) {
@@ -76,7 +76,7 @@ TEST(ValueView, ObjectOfAnotherClassIsAMismatchOfWhatItClaims) {
         const ValueView view = View(&value);
         EXPECT_EQ(view.kind, ValueKind::Mismatch);
         EXPECT_EQ(view.type, type);
-        EXPECT_EQ(view.text, nullptr);
+        EXPECT_TRUE(view.text.empty());
         EXPECT_EQ(view.structure, nullptr);
         EXPECT_EQ(view.list, nullptr);
     }

@@ -103,7 +103,7 @@ bool CliDispatcherHelpFormatter::ExtractString(const std::string& fieldName,
     if (value.kind != ValueKind::String) {
         return false;
     }
-    result = *value.text;
+    result = value.text;
     return true;
 }
 

@@ -76,7 +76,7 @@ int FieldStyle::AppendPrintf(std::string& out, const Printf& printf, const Value
         case ValueKind::Bool:
             return printf.format.AppendInteger(out, value.boolean ? 1 : 0, limit + TextSize(value));
         case ValueKind::String:
-            return printf.format.AppendText(out, *value.text, limit + value.text->size());
+            return printf.format.AppendText(out, value.text, limit + value.text.size());
         case ValueKind::Struct:
         case ValueKind::List:
             return 0;  // deliberate: the parameter blanks such a field

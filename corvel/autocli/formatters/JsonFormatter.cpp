@@ -61,7 +61,7 @@ public:
                 break;
             case ValueKind::String:
                 _out.append("\"");
-                kEscapes.AppendEscaped(_out, *value.text);
+                kEscapes.AppendEscaped(_out, value.text);
                 _out.append("\"");
                 break;
             case ValueKind::Mismatch:

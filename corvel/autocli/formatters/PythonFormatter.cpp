@@ -39,7 +39,7 @@ public:
                 break;
             case ValueKind::String:
                 _out.append(kTextQuotes);
-                kEscapes.AppendEscaped(_out, *value.text);
+                kEscapes.AppendEscaped(_out, value.text);
                 _out.append(kTextQuotes);
                 break;
             case ValueKind::Mismatch:

@@ -74,7 +74,7 @@ void AppendValue(std::string& out, const MetaObj::ValueView& value) {
             AppendInteger(out, value.integer);
             break;
         case ValueKind::String:
-            out += *value.text;
+            out += value.text;
             break;
         case ValueKind::Struct:
             out += value.structure->ToString();
@@ -118,7 +118,7 @@ void AppendFittedLines(std::string& out, std::string_view text, const Fitting& f
 
 std::string_view StringField(const MetaObj::MetaStruct& structure, std::string_view name) {
     const MetaObj::ValueView value = MetaObj::StructView(structure).Find(name);
-    return value.kind == ValueKind::String ? std::string_view(*value.text) : std::string_view();
+    return value.kind == ValueKind::String ? value.text : std::string_view();
 }
 
 }  // namespace Corvel::AutoCli

@@ -57,7 +57,7 @@ public:
                 break;
             case ValueKind::String:
                 Line("<string>");
-                kEscapes.AppendEscaped(_out, *value.text);
+                kEscapes.AppendEscaped(_out, value.text);
                 _out.append("</string>\n");
                 break;
             case ValueKind::Mismatch:
