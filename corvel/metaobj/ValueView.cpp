@@ -90,4 +90,21 @@ ValueView StructView::Find(std::string_view name) const {
     return View(slot ? _structure->_values[*slot].get() : nullptr);
 }
 
+std::size_t StructView::SlotCount() const {
+    return _structure->_layout->slots.size();
+}
+
+const void* StructView::LayoutIdentity() const {
+    return _structure->_layout.get();
+}
+
+std::size_t StructView::SlotOf(std::string_view name) const {
+    const auto found = _structure->_layout->slots.find(name);
+    return found == _structure->_layout->slots.end() ? kNoSlot : found->second;
+}
+
+ValueView StructView::ValueAt(std::size_t slot) const {
+    return View(slot < _structure->_values.size() ? _structure->_values[slot].get() : nullptr);
+}
+
 }  // namespace Corvel::MetaObj

@@ -52,9 +52,23 @@ public:
     const std::string& Name(std::size_t i) const { return *_entries[i].name; }
     ValueView Value(std::size_t i) const { return View(Reference(i).get()); }
     const std::shared_ptr<MetaObject>& Reference(std::size_t i) const;
+    /// @return the number by which the structure keeps the field; below SlotCount(), and not in
+    ///   field order.
     std::size_t Slot(std::size_t i) const { return _entries[i].slot; }
+    std::size_t SlotCount() const;
     /// @return the kind Null when there is no such field.
     ValueView Find(std::string_view name) const;
+
+    /// Structures with the same identity keep equal names by equal numbers (slots), so that what has
+    /// been found out about a name need not be found out again. An address, of which nothing is
+    /// known once a structure with that identity has been changed or is gone.
+    const void* LayoutIdentity() const;
+    /// @return the number of a name, whether or not this structure has such a field; kNoSlot when
+    ///   no structure with this identity has.
+    std::size_t SlotOf(std::string_view name) const;
+    /// @return the kind Null when there is no such field here, and for kNoSlot.
+    ValueView ValueAt(std::size_t slot) const;
+    static constexpr std::size_t kNoSlot = static_cast<std::size_t>(-1);
 
 private:
     const MetaStruct* _structure;

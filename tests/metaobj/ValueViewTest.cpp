@@ -132,6 +132,41 @@ TEST(StructView, FindsFieldsByName) {
     EXPECT_EQ(view.Find("c").kind, ValueKind::Null);
 }
 
+TEST(StructView, FindsFieldsByTheNumbersThatNamesHaveInALayout) {
+    const auto definition = MetaStruct::New("S");
+    for (const char* name : {"b", "c", "a"}) {
+        definition->SetField(name, 0);
+    }
+    const auto whole = MetaStruct::New(definition);
+    const auto part = MetaStruct::New(definition);
+    long number = 0;
+    for (const char* name : {"a", "b", "c"}) {
+        whole->SetField(name, ++number);
+    }
+    part->SetField("c", "x");
+    const StructView first(*whole);
+    const StructView second(*part);
+    ASSERT_EQ(first.LayoutIdentity(), second.LayoutIdentity());
+    ASSERT_EQ(first.LayoutIdentity(), StructView(*definition).LayoutIdentity());
+    EXPECT_EQ(first.SlotCount(), 3U);
+    EXPECT_EQ(second.SlotCount(), 3U);
+    number = 0;
+    for (const char* name : {"a", "b", "c"}) {
+        EXPECT_EQ(first.ValueAt(second.SlotOf(name)).integer, ++number);
+        EXPECT_EQ(first.SlotOf(name), first.Slot(static_cast<std::size_t>(number - 1)));
+    }
+    EXPECT_EQ(second.ValueAt(second.SlotOf("a")).kind, ValueKind::Null);
+    EXPECT_EQ(second.ValueAt(second.Slot(0)).text, "x");
+    EXPECT_EQ(first.SlotOf("d"), StructView::kNoSlot);
+    EXPECT_EQ(first.ValueAt(StructView::kNoSlot).kind, ValueKind::Null);
+}
+
+TEST(StructView, StructuresThatShareNoNamesHaveDifferentIdentities) {
+    const auto first = MetaStruct::New("S");
+    const auto second = MetaStruct::New("S");
+    EXPECT_NE(StructView(*first).LayoutIdentity(), StructView(*second).LayoutIdentity());
+}
+
 TEST(StructView, CanBeMoved) {
     const auto structure = MetaStruct::New("S");
     structure->SetField("a", 1);
