@@ -28,6 +28,7 @@
 #include "corvel/autocli/plugins/InternalPlugin.h"
 #include "corvel/autocli/plugins/Panic.h"
 #include "corvel/autocli/plugins/Plugin.h"
+#include "corvel/autocli/plugins/PluginFileCheck.h"
 #include "corvel/autocli/plugins/SharedLibraryPlugin.h"
 #include "corvel/autocli/plugins/ShellCommand.h"
 #include "corvel/autocli/plugins/ShellTemplate.h"

@@ -1,5 +1,6 @@
 #include <fcntl.h>
 #include <signal.h>
+#include <sys/auxv.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -30,6 +31,16 @@ void ReceiveStatusOfChildren() {
     ::signal(SIGCHLD, SIG_DFL);
 }
 
+/// Whether plug-ins come from root alone: because this build says so, or because the process has
+/// rights that its caller lacks.
+bool TrustsRootOnly() {
+#ifdef QUORCLI_CHECK_PLUGIN_FILES
+    return true;
+#else
+    return ::getauxval(AT_SECURE) != 0;
+#endif
+}
+
 void LoadDefaultPlugins(Corvel::AutoCli::CliDispatcher& dispatcher) {
     if (::access("/usr/lib/orvane/quorcli", F_OK) == 0) {
         dispatcher.AddDefaultDirectories();
@@ -46,6 +57,9 @@ void ShowError(const char* message) {
 int main(int argc, char** argv) {
     OpenMissingStandardStreams();
     ReceiveStatusOfChildren();
+    if (TrustsRootOnly()) {
+        Corvel::AutoCli::SetPluginFileCheck(&Corvel::AutoCli::OnlyRootCanChangePluginFile);
+    }
 
     // It outlives the handlers below: with it goes the library that threw the exception.
     std::optional<Corvel::AutoCli::CliDispatcher> dispatcher;

@@ -56,8 +56,9 @@ public:
     void RegisterPlugin(const std::shared_ptr<Plugin>& plugin);
 
     /// Loads, initialises and registers the plug-in that a file holds: a shared library when the
-    /// path ends in ".so", a descriptor when it ends in ".xml"; other files are passed over. The
-    /// failures of loading, initialising and registering it pass to the caller.
+    /// path ends in ".so", a descriptor when it ends in ".xml"; other files are passed over. What
+    /// RequireAllowedPluginFile() raises, before anything of the file is read, and the failures of
+    /// loading, initialising and registering it pass to the caller.
     void AddPlugin(const char* path);
     void AddPlugin(const std::string& path);
 

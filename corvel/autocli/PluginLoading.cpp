@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "corvel/autocli/Dispatcher.h"
+#include "corvel/autocli/plugins/PluginFileCheck.h"
 #include "corvel/autocli/plugins/SharedLibraryPlugin.h"
 #include "corvel/autocli/plugins/XmlPlugin.h"
 #include "corvel/metaobj/CorvelException.h"
@@ -70,6 +71,7 @@ void Dispatcher::AddPlugin(const std::string& path) {
     if (plugin == nullptr) {
         return;
     }
+    RequireAllowedPluginFile(path);
     plugin->Initialize();
     RegisterPlugin(plugin);
 }

@@ -12,6 +12,7 @@
 
 #include "corvel/autocli/Dispatcher.h"
 #include "corvel/autocli/RootNamespace.h"
+#include "corvel/autocli/plugins/PluginFileCheck.h"
 #include "corvel/platform/Platform.h"
 #include "tests/support/TemporaryDirectory.h"
 #include "tests/support/ThrownText.h"
@@ -234,6 +235,99 @@ TEST_F(PluginLoadingTest, FeatureSwitchesDecideAboutTwoDescriptors) {
         EXPECT_EQ(dispatcher.GetRootNamespace()->GetNamespaceNodeNames(), test.expected);
     }
     FeatureState_InitDeltaMode();
+}
+
+/// Sets a check of plug-in files that refuses paths with "bad" in their names, and takes it away.
+class PluginFileCheckTest : public PluginLoadingTest {
+protected:
+    PluginFileCheckTest() { AutoCli::SetPluginFileCheck(&RefuseBad); }
+    ~PluginFileCheckTest() override { AutoCli::SetPluginFileCheck(nullptr); }
+
+    static bool RefuseBad(const std::string& path, std::string& reason) {
+        sAskedFor.push_back(path);
+        EXPECT_EQ(reason, "");
+        if (path.find("bad") == std::string::npos) {
+            return true;
+        }
+        reason = "it is bad";
+        return false;
+    }
+
+    inline static std::vector<std::string> sAskedFor;
+
+    void SetUp() override { sAskedFor.clear(); }
+};
+
+TEST_F(PluginFileCheckTest, RefusedFileIsNotLoaded) {
+    const std::string descriptor = _directory.Write("bad.xml", Descriptor("first"));
+    EXPECT_EQ(ThrownText([&] { _dispatcher.AddPlugin(descriptor); }),
+              "Unable to load plugin from " + descriptor + ": it is bad");
+    EXPECT_THAT(_dispatcher.GetPluginNames(), ElementsAre("Internal"));
+    EXPECT_THAT(Namespaces(), ElementsAre("quorcli"));
+}
+
+/// A missing file is refused like any other: it was not even looked for.
+TEST_F(PluginFileCheckTest, RefusalComesBeforeTheFileIsTouched) {
+    for (const std::string path : {"/nonexistent/bad.so", "/nonexistent/bad.xml"}) {
+        EXPECT_EQ(ThrownText([&] { _dispatcher.AddPlugin(path.c_str()); }),
+                  "Unable to load plugin from " + path + ": it is bad");
+    }
+}
+
+TEST_F(PluginFileCheckTest, AllowedFileIsLoadedAsEver) {
+    const std::string descriptor = _directory.Write("good.xml", Descriptor("first"));
+    _dispatcher.AddPlugin(descriptor);
+    EXPECT_THAT(Namespaces(), ElementsAre("first", "quorcli"));
+    EXPECT_EQ(ThrownText([&] { _dispatcher.AddPlugin("/nonexistent/a.xml"); }),
+              "Unable to parse XML descriptor: /nonexistent/a.xml");
+    EXPECT_THAT(sAskedFor, ElementsAre(descriptor, "/nonexistent/a.xml"));
+}
+
+TEST_F(PluginFileCheckTest, FilesThatAreNoPluginsAreNotAskedAbout) {
+    _dispatcher.AddPlugin("/nonexistent/bad.txt");
+    _dispatcher.AddPlugin("");
+    EXPECT_THAT(sAskedFor, ElementsAre());
+}
+
+TEST_F(PluginFileCheckTest, RefusedFileOfADirectoryIsToldAndPassedOver) {
+    const std::string folder = _directory.Path();
+    const std::string refused = _directory.Write("bad.xml", Descriptor("first"));
+    _directory.Write("good.xml", Descriptor("second"));
+    EXPECT_EQ(ErrorsOf([&] { _dispatcher.AddExternalDirectory(folder); }),
+              "Error loading plugin " + refused +
+                  " skipping.  Error was: Unable to load plugin "
+                  "from " +
+                  refused + ": it is bad\n");
+    EXPECT_THAT(Namespaces(), ElementsAre("quorcli", "second"));
+}
+
+TEST_F(PluginFileCheckTest, WhatTheCheckThrowsPasses) {
+    AutoCli::SetPluginFileCheck(
+        [](const std::string& /*path*/, std::string& /*reason*/) -> bool { throw 7; });
+    EXPECT_THROW(_dispatcher.AddPlugin("/nonexistent/a.xml"), int);
+}
+
+TEST_F(PluginFileCheckTest, RefusalWithoutAReasonIsOne) {
+    AutoCli::SetPluginFileCheck(
+        [](const std::string& /*path*/, std::string& /*reason*/) { return false; });
+    EXPECT_EQ(ThrownText([&] { _dispatcher.AddPlugin("/nonexistent/a.xml"); }),
+              "Unable to load plugin from /nonexistent/a.xml: ");
+}
+
+TEST_F(PluginFileCheckTest, HostCanAskForPluginsOfItsOwnMaking) {
+    EXPECT_EQ(ThrownText([] { AutoCli::RequireAllowedPluginFile("bad"); }),
+              "Unable to load plugin from bad: it is bad");
+    EXPECT_NO_THROW(AutoCli::RequireAllowedPluginFile("good"));
+    AutoCli::SetPluginFileCheck(nullptr);
+    EXPECT_NO_THROW(AutoCli::RequireAllowedPluginFile("bad"));
+}
+
+TEST_F(PluginFileCheckTest, ReadyMadeCheckRefusesWhatOthersCanChange) {
+    AutoCli::SetPluginFileCheck(&AutoCli::OnlyRootCanChangePluginFile);
+    const TemporaryDirectory folder("/tmp");
+    const std::string path = folder.Write("a.xml", Descriptor("first"));
+    EXPECT_EQ(ThrownText([&] { _dispatcher.AddPlugin(path); }),
+              "Unable to load plugin from " + path + ": /tmp: can be written by its group");
 }
 
 TEST(PluginLoading, FeatureSwitchesAreSetUpByTheDispatcher) {

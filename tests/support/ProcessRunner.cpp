@@ -77,7 +77,8 @@ std::vector<char*> Pointers(const std::vector<std::string>& texts) {
 }
 
 /// The child's own part, from the fork to its program.
-[[noreturn]] void Become(const char* directory,
+[[noreturn]] void Become(const Command& command,
+                         const char* program,
                          char* const* arguments,
                          char* const* environment,
                          const StreamFile (&streams)[3]) {
@@ -85,8 +86,11 @@ std::vector<char*> Pointers(const std::vector<std::string>& texts) {
         ::dup2(streams[i].Descriptor(), i);
     }
     ::alarm(kSecondsToLive);
-    if (*directory == '\0' || ::chdir(directory) == 0) {
-        ::execve(arguments[0], arguments, environment);
+    if (command.directory.empty() || ::chdir(command.directory.c_str()) == 0) {
+        if (command.prepare) {
+            command.prepare();
+        }
+        ::execve(program, arguments, environment);
     }
     ::_exit(kCannotStart);
 }
@@ -117,10 +121,11 @@ Result RunProcess(const Command& command) {
     const std::vector<char*> arguments = Pointers(command.arguments);
     const std::vector<char*> environment = Pointers(command.environment);
 
+    const std::string& program = command.program.empty() ? command.arguments[0] : command.program;
     const pid_t child = ::fork();
     Require(child >= 0, "fork");
     if (child == 0) {
-        Become(command.directory.c_str(), arguments.data(), environment.data(), streams);
+        Become(command, program.c_str(), arguments.data(), environment.data(), streams);
     }
     const int status = Wait(child);
     return {status, streams[1].Content(), streams[2].Content()};

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <iosfwd>
 #include <string>
 #include <vector>
@@ -12,7 +13,8 @@ std::vector<std::string> FixedEnvironment();
 
 /// A program to run.
 struct Command {
-    /// The argument vector; the first one is the program's path, in which no PATH is searched.
+    /// The argument vector; the first one is the program's path, in which no PATH is searched, unless
+    /// `program` names another.
     std::vector<std::string> arguments;
     /// What stands on its standard input.
     std::string input = {};
@@ -20,6 +22,10 @@ struct Command {
     std::vector<std::string> environment = FixedEnvironment();
     /// Where it starts; empty means where the test runs.
     std::string directory = {};
+    /// The program's path, for an argument vector that does not begin with it.
+    std::string program = {};
+    /// Done in the new process right before its program starts, when its streams are in place.
+    std::function<void()> prepare = {};
 };
 
 /// How a program ended.

@@ -8,8 +8,11 @@
 
 namespace Corvel::Testing {
 
-TemporaryDirectory::TemporaryDirectory() {
-    std::string name = std::filesystem::temp_directory_path() / "corvel-test-XXXXXX";
+TemporaryDirectory::TemporaryDirectory()
+    : TemporaryDirectory(std::filesystem::temp_directory_path()) {}
+
+TemporaryDirectory::TemporaryDirectory(const std::filesystem::path& parent) {
+    std::string name = parent / "corvel-test-XXXXXX";
     if (::mkdtemp(name.data()) == nullptr) {
         throw std::filesystem::filesystem_error(
             "mkdtemp", name, std::error_code(errno, std::generic_category()));

@@ -12,6 +12,8 @@ namespace Corvel::Testing {
 class TemporaryDirectory {
 public:
     TemporaryDirectory();
+    /// A folder elsewhere than where such folders usually are.
+    explicit TemporaryDirectory(const std::filesystem::path& parent);
     TemporaryDirectory(const TemporaryDirectory&) = delete;
     TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
     ~TemporaryDirectory();
