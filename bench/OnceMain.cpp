@@ -1,8 +1,8 @@
 // Does one piece of work once, for counting its instructions: only the work itself is counted when
 // callgrind runs with --collect-atstart=no.
 //
-//   bench_once json|table [STRUCTURES]    formats to the null device
-//   bench_once read [STRUCTURES]          reads a value document
+//   bench_once json|xml|table|simple|python [STRUCTURES]    formats to the null device
+//   bench_once read [STRUCTURES]                            reads a value document
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
@@ -48,12 +48,18 @@ int main(int argc, char** argv) {
         argc > 2 ? std::strtoul(argv[2], nullptr, 10) : Bench::kStructures;
     if (kind == "json") {
         Bench::Format<AutoCli::JsonFormatter>(structures);
+    } else if (kind == "xml") {
+        Bench::Format<AutoCli::XmlFormatter>(structures);
     } else if (kind == "table") {
         Bench::Format<AutoCli::TableFormatter>(structures);
+    } else if (kind == "simple") {
+        Bench::Format<AutoCli::SimpleFormatter>(structures);
+    } else if (kind == "python") {
+        Bench::Format<AutoCli::PythonFormatter>(structures);
     } else if (kind == "read") {
         Bench::Read(structures);
     } else {
-        std::cerr << "usage: bench_once json|table|read [STRUCTURES]\n";
+        std::cerr << "usage: bench_once json|xml|table|simple|python|read [STRUCTURES]\n";
         return EXIT_FAILURE;
     }
     return EXIT_SUCCESS;

@@ -43,7 +43,7 @@ std::vector<std::shared_ptr<MetaObject>> NodesOfType(const MetaList& nodes,
     return selected;
 }
 
-void AppendPath(std::string& out, const MetaStruct& listing) {
+void AppendPath(TextBuffer& out, const MetaStruct& listing) {
     const MetaList* path = MetaObj::StructView(listing).Find("Path").list;
     if (path == nullptr) {
         return;
@@ -78,13 +78,12 @@ bool CliDispatcherHelpFormatter::Format(const std::shared_ptr<CallSpec::Output>&
     std::string dispatcher;
     ExtractString("Dispatcher", listing, dispatcher);
 
-    OutputBuffer buffer(stream);
-    std::string& out = buffer.Text();
+    OutputBuffer out(stream);
     out += "Usage: " + dispatcher + " [disp options]";
     AppendPath(out, *listing);
     out += " <namespaces> <command>\n\n";
     out += "For help please run " + dispatcher + " --help\n\n";
-    buffer.Flush();
+    out.Flush();
 
     const auto nodes = std::dynamic_pointer_cast<MetaList>(listing->GetField("NamespaceNodes"));
     HandleList("Namespace", nodes, display, stream);
@@ -111,14 +110,14 @@ bool CliDispatcherHelpFormatter::HandleList(const std::string& typeWord,
                                             const std::shared_ptr<MetaList>& nodes,
                                             DisplayContext& display,
                                             std::ostream& stream) const {
-    OutputBuffer buffer(stream);
-    buffer.Text() += "Available " + typeWord + "s: \n";
+    OutputBuffer out(stream);
+    out += "Available " + typeWord + "s: \n";
     if (nodes == nullptr) {
-        buffer.Text() += "ERROR, list is bad";
-        buffer.Flush();
+        out += "ERROR, list is bad";
+        out.Flush();
         return false;
     }
-    buffer.Flush();
+    out.Flush();
     const auto selected = NodesOfType(*nodes, typeWord);
     const auto definition = nodes->GetListStructure();
     const bool isComplete =
@@ -126,8 +125,8 @@ bool CliDispatcherHelpFormatter::HandleList(const std::string& typeWord,
         (definition != nullptr &&
          WriteTable(selected, *definition, ListingParameters(), display, stream));
     if (!isComplete) {
-        buffer.Text() += "Unable to get Descriptions for this command.  Implementation error.";
-        buffer.Flush();
+        out += "Unable to get Descriptions for this command.  Implementation error.";
+        out.Flush();
     }
     return isComplete;
 }

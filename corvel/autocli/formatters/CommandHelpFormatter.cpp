@@ -64,7 +64,7 @@ std::string ParameterText(const MetaStruct& parameter) {
     return text;
 }
 
-void AppendParameters(std::string& out,
+void AppendParameters(TextBuffer& out,
                       const std::vector<const MetaStruct*>& parameters,
                       int screenWidth) {
     std::size_t nameWidth = 0;
@@ -88,7 +88,7 @@ void AppendParameters(std::string& out,
 
 /// Deliberate: the description gets a second " :" and the syntax a second prompt and command, and
 /// the line of the syntax ends in eight blanks.
-void AppendExamples(std::string& out,
+void AppendExamples(TextBuffer& out,
                     const std::vector<const MetaStruct*>& examples,
                     const std::string& usage,
                     int screenWidth) {
@@ -133,15 +133,14 @@ bool CommandHelpFormatter::Format(const std::shared_ptr<CallSpec::Output>& outpu
     usage += ' ';
     usage += StringField(*help, "Path");
 
-    OutputBuffer buffer(stream);
-    std::string& out = buffer.Text();
+    OutputBuffer out(stream);
     out += "Usage: " + usage + " <options>\n\n";
     out += "Description: ";
     out += StringField(*help, "Description");
     out += "\n\n";
     AppendParameters(out, StructsOf(*help, "Param List"), display.width);
     AppendExamples(out, StructsOf(*help, "Example List"), usage, display.width);
-    buffer.Flush();
+    out.Flush();
     return true;
 }
 

@@ -3,8 +3,8 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <initializer_list>
-#include <string>
 #include <string_view>
 
 namespace Corvel::AutoCli {
@@ -16,6 +16,8 @@ public:
         unsigned char byte;
         std::string_view replacement;
     };
+    /// The longest replacement.
+    static constexpr std::size_t kLongest = 6;
 
     constexpr EscapeTable(std::initializer_list<Rule> rules) {
         for (const Rule& rule : rules) {
@@ -23,7 +25,7 @@ public:
         }
     }
 
-    /// @param replacement  of 1 to 6 bytes.
+    /// @param replacement  of 1 to kLongest bytes.
     constexpr void Replace(unsigned char byte, std::string_view replacement) {
         _lengths[byte] = static_cast<std::uint8_t>(replacement.size());
         for (std::size_t i = 0; i < replacement.size(); ++i) {
@@ -33,25 +35,15 @@ public:
 
     constexpr bool Replaces(unsigned char byte) const { return _lengths[byte] != 0; }
 
-    /// Appends the text with its bytes replaced; what lies between them is copied in one piece.
-    void AppendEscaped(std::string& out, std::string_view text) const {
-        std::size_t copied = 0;
-        for (std::size_t i = 0; i < text.size(); ++i) {
-            const auto byte = static_cast<unsigned char>(text[i]);
-            if (!Replaces(byte)) {
-                continue;
-            }
-            out.append(text, copied, i - copied);
-            out.append(_replacements[byte].data(), _lengths[byte]);
-            copied = i + 1;
-        }
-        out.append(text, copied);
+    /// Writes the replacement of a byte to where there is room for 8 bytes. @return where it ends.
+    char* Put(char* at, unsigned char byte) const {
+        std::memcpy(at, _replacements[byte].data(), sizeof _replacements[byte]);
+        return at + _lengths[byte];
     }
 
 private:
-    // Apart from the texts, so that the bytes of a harmless run are looked up in four cache lines.
     std::array<std::uint8_t, 256> _lengths{};
-    std::array<std::array<char, 6>, 256> _replacements{};
+    std::array<std::array<char, 8>, 256> _replacements{};
 };
 
 }  // namespace Corvel::AutoCli

@@ -27,9 +27,9 @@ std::string AutoCli_FormatField(const std::string& typeName,
                                 const std::string& fieldName,
                                 const std::shared_ptr<MetaObject>& value,
                                 const FormatParameters& parameters) {
-    std::string out;
+    TextBuffer out;
     FieldStyle(parameters, typeName, fieldName).Append(out, MetaObj::View(value.get()));
-    return out;
+    return std::string(out.View());
 }
 
 void AutoCli_FitString(const int& indent,
@@ -41,13 +41,14 @@ void AutoCli_FitString(const int& indent,
                        char breakChar,
                        bool splitLines) {
     const Fitting fitting{indent, width, alreadyIndented, endLine, breakChar};
-    std::string fitted;
+    TextBuffer fitted;
     if (splitLines) {
         AppendFittedLines(fitted, text, fitting);
     } else {
         AppendFitted(fitted, text, fitting);
     }
-    out.write(fitted.data(), static_cast<std::streamsize>(fitted.size()));
+    const std::string_view written = fitted.View();
+    out.write(written.data(), static_cast<std::streamsize>(written.size()));
 }
 
 std::shared_ptr<MetaObject> GetSubField(const std::shared_ptr<MetaStruct>& structure,
@@ -73,9 +74,9 @@ std::string GetStringField(const std::shared_ptr<MetaStruct>& structure, const s
 }
 
 std::string GetIndent(int level) {
-    std::string indent;
+    TextBuffer indent;
     AppendIndent(indent, level);
-    return indent;
+    return std::string(indent.View());
 }
 
 }  // namespace Corvel::AutoCli

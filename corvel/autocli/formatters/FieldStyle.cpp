@@ -23,9 +23,9 @@ bool HasKeyWithPrefix(const FormatParameters& parameters, const std::string& pre
 }
 
 std::size_t TextSize(const ValueView& value) {
-    std::string text;
+    TextBuffer text;
     AppendValue(text, value);
-    return text.size();
+    return text.Size();
 }
 
 }  // namespace
@@ -50,17 +50,21 @@ bool FieldStyle::IsAnySet(const FormatParameters& parameters, const std::string&
            HasKeyWithPrefix(parameters, "units:" + typeName + ".");
 }
 
-void FieldStyle::Append(std::string& out, const ValueView& value) const {
+void FieldStyle::Append(TextBuffer& out, const ValueView& value) const {
     if (value.kind == ValueKind::Null) {
         out += "NULL Object";
         return;
     }
     if (!_printf) {
         AppendValue(out, value);
-    } else if (const int error = AppendPrintf(out, *_printf, value); error != 0) {
-        out += "Error while handling formatting parameter " + _printf->key +
-               ".  Unable to format field: " + std::generic_category().message(error);
-        return;
+    } else {
+        std::string text;
+        if (const int error = AppendPrintf(text, *_printf, value); error != 0) {
+            out += "Error while handling formatting parameter " + _printf->key +
+                   ".  Unable to format field: " + std::generic_category().message(error);
+            return;
+        }
+        out += text;
     }
     if (_units != nullptr) {
         out += ' ';
@@ -68,15 +72,16 @@ void FieldStyle::Append(std::string& out, const ValueView& value) const {
     }
 }
 
-int FieldStyle::AppendPrintf(std::string& out, const Printf& printf, const ValueView& value) {
+int FieldStyle::AppendPrintf(std::string& text, const Printf& printf, const ValueView& value) {
     const std::size_t limit = printf.formatSize + kSpareRoom;
     switch (value.kind) {
         case ValueKind::Int:
-            return printf.format.AppendInteger(out, value.integer, limit + TextSize(value));
+            return printf.format.AppendInteger(text, value.integer, limit + TextSize(value));
         case ValueKind::Bool:
-            return printf.format.AppendInteger(out, value.boolean ? 1 : 0, limit + TextSize(value));
+            return printf.format.AppendInteger(
+                text, value.boolean ? 1 : 0, limit + TextSize(value));
         case ValueKind::String:
-            return printf.format.AppendText(out, value.text, limit + value.text.size());
+            return printf.format.AppendText(text, value.text, limit + value.text.size());
         case ValueKind::Struct:
         case ValueKind::List:
             return 0;  // deliberate: the parameter blanks such a field

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "corvel/autocli/formatters/PrintfFormat.h"
+#include "corvel/autocli/formatters/TextBuffer.h"
 #include "corvel/metaobj/ValueView.h"
 
 namespace Corvel::AutoCli {
@@ -25,7 +26,10 @@ public:
     /// Whether some field of the type has a style of its own.
     static bool IsAnySet(const FormatParameters& parameters, const std::string& typeName);
 
-    void Append(std::string& out, const MetaObj::ValueView& value) const;
+    /// Whether the field is rendered as it is.
+    bool IsPlain() const { return !_printf && _units == nullptr; }
+
+    void Append(TextBuffer& out, const MetaObj::ValueView& value) const;
 
 private:
     struct Printf {
@@ -33,7 +37,7 @@ private:
         std::size_t formatSize;
         std::string key;
     };
-    static int AppendPrintf(std::string& out,
+    static int AppendPrintf(std::string& text,
                             const Printf& printf,
                             const MetaObj::ValueView& value);
 

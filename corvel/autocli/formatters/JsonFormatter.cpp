@@ -4,7 +4,9 @@
 #include <string>
 #include <string_view>
 
+#include "corvel/autocli/formatters/EscapeScan.h"
 #include "corvel/autocli/formatters/EscapeTable.h"
+#include "corvel/autocli/formatters/LeadCache.h"
 #include "corvel/autocli/formatters/OutputBuffer.h"
 #include "corvel/autocli/formatters/OutputRoot.h"
 #include "corvel/autocli/formatters/TextRendering.h"
@@ -21,6 +23,9 @@ using MetaObj::ValueView;
 namespace {
 
 constexpr int kRootLevel = -1;
+/// How much deeper a field's value stands than its structure, and an item than its list.
+constexpr int kFieldLevels = 2;
+constexpr int kItemLevels = 3;
 
 constexpr EscapeTable MakeEscapes() {
     EscapeTable escapes{
@@ -49,72 +54,90 @@ constexpr EscapeTable kEscapes = MakeEscapes();
 
 class JsonWriter {
 public:
-    JsonWriter(std::string& out, int level) : _out(out), _level(level) {}
+    JsonWriter(TextBuffer& out, int level) : _out(out), _level(level) {}
 
     void Scalar(const ValueView& value) {
         switch (value.kind) {
             case ValueKind::Bool:
-                _out.append(value.boolean ? "true" : "false");
+                AppendBool(_out, value.boolean, "true", "false");
                 break;
             case ValueKind::Int:
-                AppendValue(_out, value);
+                AppendInteger(_out, value.integer);
                 break;
             case ValueKind::String:
-                _out.append("\"");
-                kEscapes.AppendEscaped(_out, value.text);
-                _out.append("\"");
+                _out += '"';
+                AppendEscaped<kEscapes>(_out, value.text);
+                _out += '"';
                 break;
             case ValueKind::Mismatch:
-                _out.append(MismatchText(value.type, "Unknown data type"));
-                _out.append("\n");
+                _out += MismatchText(value.type, "Unknown data type");
+                _out += '\n';
                 break;
             default:  // structures and lists never come here
-                _out.append("null");
+                _out += "null";
                 break;
         }
     }
 
     void OpenStruct(const MetaStruct& /*structure*/) { OpenOnNewLine("{\n"); }
-    void BeginField(const std::string& name) {
-        Line("   \"");
-        _out.append(name);
-        _out.append("\": ");
-        _level += 2;
+    void Field(const FieldPlace& field, const ValueView& value) {
+        Lead(field);
+        Scalar(value);
+        EndLine(field.isLast);
+    }
+    void BeginField(const FieldPlace& field) {
+        Lead(field);
+        _level += kFieldLevels;
     }
     void EndField(bool last) {
-        _level -= 2;
-        _out.append(last ? "\n" : ",\n");
+        _level -= kFieldLevels;
+        EndLine(last);
     }
     void CloseStruct() { Line("}"); }
 
     void OpenList(const MetaList& /*list*/) { OpenOnNewLine("[\n"); }
     void BeginItem() {
         AppendIndent(_out, _level);
-        _level += 3;
+        _level += kItemLevels;
     }
     void EndItem(bool last) {
-        _level -= 3;
-        _out.append(last ? "\n" : ", \n");
+        _level -= kItemLevels;
+        _out += last ? "\n" : ", \n";
     }
     void CloseList() { Line("]"); }
 
 private:
+    void Lead(const FieldPlace& field) {
+        _leads.Append(_out, field.place, _level, field.name, [&](TextBuffer& lead) {
+            AppendIndent(lead, _level);
+            lead += "   \"";
+            lead += field.name;
+            lead += "\": ";
+        });
+    }
+    void EndLine(bool last) {
+        if (!last) {
+            _out += ',';
+        }
+        _out += '\n';
+    }
     void OpenOnNewLine(std::string_view text) {
-        _out.append("\n");
+        _out += '\n';
         Line(text);
     }
     void Line(std::string_view text) {
         AppendIndent(_out, _level);
-        _out.append(text);
+        _out += text;
     }
 
-    std::string& _out;
+    TextBuffer& _out;
     int _level;
+    LeadCache _leads;
 };
 
-void WriteValue(const MetaObject* value, OutputBuffer& buffer, int level) {
-    JsonWriter writer(buffer.Text(), level);
-    ValueWalk(writer, buffer).Run(value);
+void WriteValue(const MetaObject* value, TextBuffer& out, int level) {
+    JsonWriter writer(out, level);
+    ValueWalk(writer).Run(MetaObj::View(value));
 }
 
 }  // namespace
@@ -135,7 +158,7 @@ bool JsonFormatter::Format(const std::shared_ptr<CallSpec::Output>& output,
                            std::ostream& stream) {
     OutputBuffer buffer(stream);
     WriteValue(OutputRoot(output).get(), buffer, kRootLevel);
-    buffer.Text().append("\n");
+    buffer += '\n';
     buffer.Flush();
     return true;
 }

@@ -1,37 +1,43 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <ostream>
-#include <string>
+
+#include "corvel/autocli/formatters/TextBuffer.h"
 
 namespace Corvel::AutoCli {
 
-/// Collects text for a stream and hands it on in large pieces. Writes unformatted, so that neither
-/// the stream's width, fill, flags nor locale matter, and none of them changes.
-class OutputBuffer {
+/// Collects text for a stream and hands it on in large pieces, whenever its room is used up. Writes
+/// unformatted, so that neither the stream's width, fill, flags nor locale matter, and none of them
+/// changes.
+class OutputBuffer final : public TextBuffer {
 public:
     explicit OutputBuffer(std::ostream& stream) : _stream(stream) {}
 
-    /// Where to append.
-    std::string& Text() { return _text; }
-
-    /// Hands on what there is when it is worth a call; meant for the end of each line.
-    void FlushIfLarge() {
-        if (_text.size() >= kLarge) {
-            Flush();
-        }
+    /// Hands on what is left. Not done by the destructor: what fails half-way is not written.
+    void Flush() {
+        const std::string_view text = View();
+        _stream.write(text.data(), static_cast<std::streamsize>(text.size()));
+        Clear();
     }
 
-    void Flush() {
-        _stream.write(_text.data(), static_cast<std::streamsize>(_text.size()));
-        _text.clear();
+protected:
+    void MakeRoom(std::size_t size) override {
+        if (Size() >= kLarge) {
+            Flush();
+        }
+        if (Capacity() - Size() <= size) {
+            TextBuffer::MakeRoom(Capacity() == 0 ? std::max(size, kLarge + kSpare) : size);
+        }
     }
 
 private:
     static constexpr std::size_t kLarge = std::size_t{64} * 1024;
+    /// More than one asks for as a rule, so that a piece is large when the room is used up.
+    static constexpr std::size_t kSpare = std::size_t{4} * 1024;
 
     std::ostream& _stream;
-    std::string _text;
 };
 
 }  // namespace Corvel::AutoCli

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <string_view>
 
+#include "corvel/autocli/formatters/EscapeScan.h"
 #include "corvel/autocli/formatters/EscapeTable.h"
+#include "corvel/autocli/formatters/LeadCache.h"
 #include "corvel/autocli/formatters/OutputBuffer.h"
 #include "corvel/autocli/formatters/OutputRoot.h"
 #include "corvel/autocli/formatters/TextRendering.h"
@@ -27,51 +29,59 @@ constexpr std::string_view kTextQuotes = "\"\"\"";
 
 class PythonWriter {
 public:
-    explicit PythonWriter(std::string& out) : _out(out) {}
+    explicit PythonWriter(TextBuffer& out) : _out(out) {}
 
     void Scalar(const ValueView& value) {
         switch (value.kind) {
             case ValueKind::Bool:
-                _out.append(value.boolean ? "True" : "False");
+                AppendBool(_out, value.boolean, "True", "False");
                 break;
             case ValueKind::Int:
-                AppendValue(_out, value);
+                AppendInteger(_out, value.integer);
                 break;
             case ValueKind::String:
-                _out.append(kTextQuotes);
-                kEscapes.AppendEscaped(_out, value.text);
-                _out.append(kTextQuotes);
+                _out += kTextQuotes;
+                AppendEscaped<kEscapes>(_out, value.text);
+                _out += kTextQuotes;
                 break;
             case ValueKind::Mismatch:
-                _out.append(MismatchText(value.type, "Unknown data type"));
-                _out.append("\n");
+                _out += MismatchText(value.type, "Unknown data type");
+                _out += '\n';
                 break;
             default:  // structures and lists never come here
                 throw CorvelException("Invalid MetaObject passed to Format in PythonFormatter");
         }
     }
 
-    void OpenStruct(const MetaStruct& /*structure*/) { _out.append("{"); }
-    void BeginField(const std::string& name) {
-        _out.append("\"");
-        _out.append(name);
-        _out.append("\": ");
+    void OpenStruct(const MetaStruct& /*structure*/) { _out += '{'; }
+    void Field(const FieldPlace& field, const ValueView& value) {
+        BeginField(field);
+        Scalar(value);
+        EndField(field.isLast);
     }
-    void EndField(bool /*last*/) { _out.append(", "); }
-    void CloseStruct() { _out.append("}"); }
+    void BeginField(const FieldPlace& field) {
+        _leads.Append(_out, field.place, 0, field.name, [&](TextBuffer& lead) {
+            lead += '"';
+            lead += field.name;
+            lead += "\": ";
+        });
+    }
+    void EndField(bool /*last*/) { _out += ", "; }
+    void CloseStruct() { _out += '}'; }
 
-    void OpenList(const MetaList& /*list*/) { _out.append("["); }
+    void OpenList(const MetaList& /*list*/) { _out += '['; }
     void BeginItem() {}
-    void EndItem(bool /*last*/) { _out.append(", "); }
-    void CloseList() { _out.append("]"); }
+    void EndItem(bool /*last*/) { _out += ", "; }
+    void CloseList() { _out += ']'; }
 
 private:
-    std::string& _out;
+    TextBuffer& _out;
+    LeadCache _leads;
 };
 
-void WriteValue(const MetaObject* value, OutputBuffer& buffer) {
-    PythonWriter writer(buffer.Text());
-    ValueWalk(writer, buffer).Run(value);
+void WriteValue(const MetaObject* value, TextBuffer& out) {
+    PythonWriter writer(out);
+    ValueWalk(writer).Run(MetaObj::View(value));
 }
 
 }  // namespace
@@ -92,7 +102,7 @@ bool PythonFormatter::Format(const std::shared_ptr<CallSpec::Output>& output,
                              std::ostream& stream) {
     OutputBuffer buffer(stream);
     WriteValue(OutputRoot(output).get(), buffer);
-    buffer.Text().append("\n");
+    buffer += '\n';
     buffer.Flush();
     return true;
 }

@@ -68,9 +68,9 @@ public:
         if (!_headerTag.empty()) {
             const ValueView field = MetaObj::StructView(structure).Find(_headerTag);
             if (field.kind != ValueKind::Null) {
-                std::string text;
+                TextBuffer text;
                 AppendValue(text, field);
-                return boost::replace_all_copy(_header, "%" + _headerTag + "%", text);
+                return boost::replace_all_copy(_header, "%" + _headerTag + "%", text.View());
             }
         }
         return _header;
@@ -131,15 +131,14 @@ public:
     SimpleRendering(const FormatParameters& parameters, std::ostream& stream)
         : _parameters(parameters),
           _alignsFields(parameters.GetParameter("align-fields") == "true"),
-          _buffer(stream) {}
+          _out(stream) {}
 
     void Write(const ValueView& value, int level) {
         Begin(value, level);
         while (!_open.empty()) {
             std::visit([this](auto& open) { Continue(open); }, _open.back());
-            _buffer.FlushIfLarge();
         }
-        _buffer.Flush();
+        _out.Flush();
     }
 
 private:
@@ -256,8 +255,7 @@ private:
     std::map<std::string, TypePlan> _plans;  // by type name
     TypePlan* _recentPlan = nullptr;
     std::vector<std::variant<OpenStruct, OpenList>> _open;
-    OutputBuffer _buffer;
-    std::string& _out = _buffer.Text();
+    OutputBuffer _out;
 };
 
 }  // namespace

@@ -14,6 +14,8 @@
 #include "corvel/autocli/formatters/FieldStyle.h"
 #include "corvel/autocli/formatters/FormatParameters.h"
 #include "corvel/autocli/formatters/OutputBuffer.h"
+#include "corvel/autocli/formatters/TableCells.h"
+#include "corvel/autocli/formatters/TextBuffer.h"
 #include "corvel/autocli/formatters/TextRendering.h"
 #include "corvel/metaobj/MetaStruct.h"
 #include "corvel/metaobj/ValueView.h"
@@ -37,19 +39,10 @@ struct Column {
     bool isPath = false;
     /// Of the longest cell or the name, and the gap.
     std::size_t width = 0;
-};
-
-/// Where a rendered cell ends in the text of all cells, in one word.
-class Cell {
-public:
-    Cell(std::size_t end, bool isRightAligned)
-        : _endAndAlignment(end << 1 | static_cast<std::size_t>(isRightAligned)) {}
-
-    std::size_t End() const { return _endAndAlignment >> 1; }
-    bool IsRightAligned() const { return (_endAndAlignment & 1) != 0; }
-
-private:
-    std::size_t _endAndAlignment;
+    /// Where the row before had the field, and its name there: rows that share their names have it
+    /// at the same place.
+    std::size_t place = 0;
+    const std::string* nameAtPlace = nullptr;
 };
 
 std::vector<Column> ReadColumns(const FormatParameters& parameters, const MetaStruct& definition) {
@@ -69,7 +62,7 @@ std::vector<Column> ReadColumns(const FormatParameters& parameters, const MetaSt
         boost::trim_if(name, boost::is_any_of(" \t\f\v\n\r"));
         const bool isPath = name.find('.') != std::string::npos;
         const std::size_t width = name.size() + kGap;
-        columns.push_back({std::move(name), isPath, width});
+        columns.push_back({.name = std::move(name), .isPath = isPath, .width = width});
     }
     return columns;
 }
@@ -91,7 +84,7 @@ public:
           _parameters(parameters),
           _screenWidth(display.width),
           _columns(ReadColumns(parameters, definition)),
-          _buffer(stream) {}
+          _out(stream) {}
 
     bool Write() {
         bool isComplete = RenderCells();
@@ -99,13 +92,12 @@ public:
             WriteHeader();
             isComplete = WriteRows();
         }
-        _buffer.Flush();
+        _out.Flush();
         return isComplete;
     }
 
 private:
     bool RenderCells() {
-        _cells.reserve(_rows.size() * _columns.size());
         for (const std::shared_ptr<MetaObject>& row : _rows) {
             const MetaStruct* structure = MetaObj::View(row.get()).structure;
             if (structure == nullptr) {
@@ -130,25 +122,63 @@ private:
                 _out += "Error: Unknown field in field list: " + column.name + "\n";
                 return false;
             }
-            const std::size_t begin = _cellText.size();
-            styles[i].Append(_cellText, value);
-            column.width = std::max(column.width, _cellText.size() - begin + kGap);
-            _cells.emplace_back(_cellText.size(), value.type == MetaType::Int);
+            const std::size_t size = RenderCell(value, styles[i]);
+            column.width = std::max(column.width, size + kGap);
         }
         return true;
+    }
+
+    /// @return the size of the cell.
+    std::size_t RenderCell(const ValueView& value, const FieldStyle& style) {
+        if (style.IsPlain() && value.kind == ValueKind::Int) {
+            return _cells.AddInteger(value.integer);
+        }
+        if (style.IsPlain() && value.kind == ValueKind::String) {
+            return _cells.Add(value.text, false);
+        }
+        _styled.Clear();
+        style.Append(_styled, value);
+        return _cells.Add(_styled.View(), value.type == MetaType::Int);
     }
 
     /// @param fields  those of the row.
     /// @param nested  keeps what a dotted path leads to.
     static ValueView Find(const std::shared_ptr<MetaObject>& row,
                           const MetaObj::StructView& fields,
-                          const Column& column,
+                          Column& column,
                           std::shared_ptr<MetaObject>& nested) {
         if (!column.isPath) {
-            return fields.Find(column.name);
+            return FindField(fields, column);
         }
         nested = GetSubField(std::static_pointer_cast<MetaStruct>(row), column.name);
         return MetaObj::View(nested.get());
+    }
+
+    static ValueView FindField(const MetaObj::StructView& fields, Column& column) {
+        if (column.place < fields.Count()) {
+            const std::string* name = &fields.Name(column.place);
+            if (name == column.nameAtPlace || *name == column.name) {
+                column.nameAtPlace = name;
+                return fields.Value(column.place);
+            }
+        }
+        column.place = PlaceOf(fields, column.name);
+        return fields.Find(column.name);
+    }
+
+    /// Where the field stands, or would stand: field names ascend.
+    static std::size_t PlaceOf(const MetaObj::StructView& fields, const std::string& name) {
+        std::size_t begin = 0;
+        std::size_t end = fields.Count();
+        while (begin < end) {
+            const std::size_t middle = begin + (end - begin) / 2;
+            if (fields.Name(middle) < name) {
+                begin = middle + 1;
+            } else {
+                end = middle;
+            }
+        }
+        return begin;
     }
 
     /// One style for each column.
@@ -182,10 +212,10 @@ private:
     void WriteHeaderLine() {
         for (const Column& column : _columns) {
             if (IsLast(column)) {
-                _out.append(column.name.size(), '-');
+                _out.Fill(column.name.size(), '-');
             } else {
-                _out.append(column.width - kGap, '-');
-                _out.append(kGap, ' ');
+                _out.Fill(column.width - kGap, '-');
+                _out.Fill(kGap, ' ');
             }
         }
         _out += '\n';
@@ -193,37 +223,39 @@ private:
 
     bool WriteRows() {
         const std::size_t wrapIndent = WrapIndent();
-        std::size_t begin = 0;
-        auto cell = _cells.cbegin();
+        TableCells::Reader cells(_cells);
         for (const std::shared_ptr<MetaObject>& row : _rows) {
-            for (const Column& column : _columns) {
-                const auto text = std::string_view(_cellText).substr(begin, cell->End() - begin);
+            for (Column& column : _columns) {
+                const TableCell cell = cells.Next();
                 if (wrapIndent == 0 || !IsLast(column)) {
-                    WriteCell(text, column, cell->IsRightAligned());
+                    WriteCell(cell, column);
                 } else if (!WriteWrapped(row, column, static_cast<int>(wrapIndent))) {
                     return false;
                 }
-                begin = cell->End();
-                ++cell;
             }
             _out += '\n';
-            _buffer.FlushIfLarge();
         }
         return true;
     }
 
-    void WriteCell(std::string_view text, const Column& column, bool isRightAligned) {
-        if (isRightAligned) {
-            _out.append(column.width - kGap - text.size(), ' ');
-            _out.append(text);
-            _out.append(kGap, ' ');
+    void WriteCell(const TableCell& cell, const Column& column) {
+        const std::size_t size = cell.text.size();
+        char* at = _out.Room(column.width);
+        if (cell.isRightAligned) {
+            at = PutFill(at, column.width - kGap - size, ' ');
+            at = PutBlocks(at, cell.text.data(), size);
+            at = PutFill(at, kGap, ' ');
         } else {
-            AppendPadded(_out, text, IsLast(column) ? 0 : column.width);
+            at = PutBlocks(at, cell.text.data(), size);
+            if (!IsLast(column)) {
+                at = PutFill(at, column.width - size, ' ');
+            }
         }
+        _out.EndAt(at);
     }
 
     /// Deliberate: a wrapped cell is the plain text of its value, without printf and units.
-    bool WriteWrapped(const std::shared_ptr<MetaObject>& row, const Column& column, int indent) {
+    bool WriteWrapped(const std::shared_ptr<MetaObject>& row, Column& column, int indent) {
         const MetaObj::StructView fields(*MetaObj::View(row.get()).structure);
         std::shared_ptr<MetaObject> nested;
         const ValueView value = Find(row, fields, column, nested);
@@ -231,9 +263,9 @@ private:
             _out += "Unknown column " + column.name;
             return false;
         }
-        std::string text;
+        TextBuffer text;
         AppendValue(text, value);
-        AppendFittedLines(_out, text, {indent, _screenWidth, true});
+        AppendFittedLines(_out, text.View(), {indent, _screenWidth, true});
         return true;
     }
 
@@ -260,10 +292,9 @@ private:
     std::vector<Column> _columns;
     std::map<std::string, std::vector<FieldStyle>> _styles;  // by type name of a row
     const std::pair<const std::string, std::vector<FieldStyle>>* _recentStyles = nullptr;
-    std::string _cellText;  // of all cells, one after the other
-    std::vector<Cell> _cells;
-    OutputBuffer _buffer;
-    std::string& _out = _buffer.Text();
+    TableCells _cells;
+    TextBuffer _styled;  // one cell
+    OutputBuffer _out;
 };
 
 }  // namespace

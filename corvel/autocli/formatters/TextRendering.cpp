@@ -1,8 +1,7 @@
 #include "corvel/autocli/formatters/TextRendering.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
+#include <string>
 
 #include "corvel/autocli/formatters/SplitText.h"
 #include "corvel/metaobj/MetaList.h"
@@ -17,19 +16,13 @@ namespace {
 
 constexpr int kBlanksPerLevel = 3;
 
-void AppendInteger(std::string& out, long value) {
-    std::array<char, 20> digits;
-    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
-    out.append(digits.data(), end);
-}
-
 /// Deliberate: an indentation of 0 is one blank.
-void AppendFitIndent(std::string& out, int indent) {
-    out.append(static_cast<std::size_t>(std::max(indent, 1)), ' ');
+void AppendFitIndent(TextBuffer& out, int indent) {
+    out.Fill(static_cast<std::size_t>(std::max(indent, 1)), ' ');
 }
 
 /// `room`: how many bytes a line has after its indentation.
-void AppendWrapped(std::string& out, std::string_view line, long room, const Fitting& fitting) {
+void AppendWrapped(TextBuffer& out, std::string_view line, long room, const Fitting& fitting) {
     long left = room;
     bool isFirst = true;
     ForEachPiece(line, ' ', [&](std::string_view word) {
@@ -43,27 +36,27 @@ void AppendWrapped(std::string& out, std::string_view line, long room, const Fit
         } else if (!isFirst) {
             out += ' ';
         }
-        out.append(word);
+        out += word;
         isFirst = false;
     });
 }
 
 }  // namespace
 
-void AppendIndent(std::string& out, int level) {
+void AppendIndent(TextBuffer& out, int level) {
     if (level > 0) {
-        out.append(static_cast<std::size_t>(level) * kBlanksPerLevel, ' ');
+        out.Fill(static_cast<std::size_t>(level) * kBlanksPerLevel, ' ');
     }
 }
 
-void AppendPadded(std::string& out, std::string_view text, std::size_t width) {
-    out.append(text);
+void AppendPadded(TextBuffer& out, std::string_view text, std::size_t width) {
+    out += text;
     if (text.size() < width) {
-        out.append(width - text.size(), ' ');
+        out.Fill(width - text.size(), ' ');
     }
 }
 
-void AppendValue(std::string& out, const MetaObj::ValueView& value) {
+void AppendValue(TextBuffer& out, const MetaObj::ValueView& value) {
     switch (value.kind) {
         case ValueKind::Null:
             break;
@@ -88,7 +81,7 @@ void AppendValue(std::string& out, const MetaObj::ValueView& value) {
     }
 }
 
-void AppendFitted(std::string& out, std::string_view line, const Fitting& fitting) {
+void AppendFitted(TextBuffer& out, std::string_view line, const Fitting& fitting) {
     const long room = static_cast<long>(fitting.width) - fitting.indent;
     if (!fitting.alreadyIndented) {
         AppendFitIndent(out, fitting.indent);
@@ -96,14 +89,14 @@ void AppendFitted(std::string& out, std::string_view line, const Fitting& fittin
     if (room > 0 && static_cast<long>(line.size()) > room) {
         AppendWrapped(out, line, room, fitting);
     } else {
-        out.append(line);
+        out += line;
     }
     if (fitting.endLine) {
         out += '\n';
     }
 }
 
-void AppendFittedLines(std::string& out, std::string_view text, const Fitting& fitting) {
+void AppendFittedLines(TextBuffer& out, std::string_view text, const Fitting& fitting) {
     Fitting lineFitting = fitting;
     bool isFirst = true;
     ForEachPiece(text, '\n', [&](std::string_view line) {

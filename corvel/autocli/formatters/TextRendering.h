@@ -1,9 +1,10 @@
 #pragma once
 
 #include <cstddef>
-#include <string>
 #include <string_view>
 
+#include "corvel/autocli/formatters/Decimal.h"
+#include "corvel/autocli/formatters/TextBuffer.h"
 #include "corvel/metaobj/ValueView.h"
 
 namespace Corvel::AutoCli {
@@ -11,13 +12,27 @@ namespace Corvel::AutoCli {
 /// What the text formatters write with: each function appends to a text.
 
 /// Three blanks for each level; none below level 1.
-void AppendIndent(std::string& out, int level);
+void AppendIndent(TextBuffer& out, int level);
 
 /// The text, and blanks up to `width` bytes.
-void AppendPadded(std::string& out, std::string_view text, std::size_t width);
+void AppendPadded(TextBuffer& out, std::string_view text, std::size_t width);
 
 /// The value's ToString() text; nothing for the kind Null.
-void AppendValue(std::string& out, const MetaObj::ValueView& value);
+void AppendValue(TextBuffer& out, const MetaObj::ValueView& value);
+
+/// One of two words.
+inline void AppendBool(TextBuffer& out, bool value, std::string_view yes, std::string_view no) {
+    if (value) {
+        out += yes;
+    } else {
+        out += no;
+    }
+}
+
+/// A number in decimal.
+inline void AppendInteger(TextBuffer& out, long value) {
+    out.EndAt(PutDecimal(out.Room(kMostDecimal), value));
+}
 
 /// How AppendFitted() lays a text out.
 struct Fitting {
@@ -32,9 +47,9 @@ struct Fitting {
 };
 
 /// One line that is wrapped at blanks; see AutoCli_FitString().
-void AppendFitted(std::string& out, std::string_view line, const Fitting& fitting);
+void AppendFitted(TextBuffer& out, std::string_view line, const Fitting& fitting);
 /// The same for each line of a text.
-void AppendFittedLines(std::string& out, std::string_view text, const Fitting& fitting);
+void AppendFittedLines(TextBuffer& out, std::string_view text, const Fitting& fitting);
 
 /// The text of a string field; empty when there is no such field or it is no string. Lives as long
 /// as the field.

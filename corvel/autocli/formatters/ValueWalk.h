@@ -1,12 +1,12 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string_view>
 #include <vector>
 
-#include "corvel/autocli/formatters/OutputBuffer.h"
 #include "corvel/metaobj/MetaList.h"
 #include "corvel/metaobj/MetaObject.h"
 #include "corvel/metaobj/MetaStruct.h"
@@ -14,95 +14,122 @@
 
 namespace Corvel::AutoCli {
 
+/// One field of a structure, as a walk tells of it.
+struct FieldPlace {
+    const std::string& name;
+    /// The same for the same field of structures that share their names; good for a LeadCache.
+    std::size_t place;
+    bool isLast;
+};
+
 /// Walks a value and its descendants in depth-first order, fields in field order and items in list
 /// order, and tells a writer what it meets. Values of any depth are safe: the walk keeps its place
 /// in a stack of its own.
 ///
-/// A writer has these operations; they nest, so that it may count levels in them:
-///   Scalar(const ValueView&)        anything but a structure or a list: null and mismatch too
-///   OpenStruct(const MetaStruct&)   then for each field BeginField(const std::string& name), the
-///   CloseStruct()                   field's value, EndField(bool last)
-///   OpenList(const MetaList&)       then for each item BeginItem(), the item, EndItem(bool last)
+/// A writer has these operations; they nest, so that it may count levels in them. A scalar is
+/// anything but a structure or a list: null and mismatch too.
+///   Scalar(const ValueView&)           the root or an item
+///   OpenStruct(const MetaStruct&)      then for each field either
+///     Field(const FieldPlace&, const ValueView&)      a scalar, or
+///     BeginField(const FieldPlace&), the structure or list, EndField(bool last)
+///   CloseStruct()
+///   OpenList(const MetaList&)          then for each item BeginItem(), the item, EndItem(bool last)
 ///   CloseList()
 template <typename Writer>
 class ValueWalk {
 public:
-    /// @param buffer  what the writer appends to; handed on to its stream as it grows.
-    ValueWalk(Writer& writer, OutputBuffer& buffer) : _writer(writer), _buffer(buffer) {}
+    explicit ValueWalk(Writer& writer) : _writer(writer) {}
 
-    void Run(const MetaObj::MetaObject* root) {
-        Begin(MetaObj::View(root));
+    void Run(const MetaObj::ValueView& root) {
+        if (!IsContainer(root)) {
+            _writer.Scalar(root);
+            return;
+        }
+        Open(root);
         while (!_open.empty()) {
             Container& container = _open.back();
-            if (container.next > 0) {
-                EndChild(container);
-            }
-            if (container.next == container.count) {
-                Close(container);
-                _open.pop_back();
+            if (container.fields) {
+                Continue(container, *container.fields);
             } else {
-                Begin(BeginNextChild(container));
+                Continue(container, *container.items);
             }
-            _buffer.FlushIfLarge();
         }
     }
 
 private:
-    /// A structure or list whose children are being written. Each return to it, but the first, says
-    /// that a child is complete.
+    using Items = std::vector<std::shared_ptr<MetaObj::MetaObject>>;
+
+    /// A structure or list whose children are being written.
     struct Container {
-        explicit Container(const MetaObj::MetaStruct& structure)
-            : fields(structure), count(fields->Count()) {}
-        explicit Container(const MetaObj::MetaList& list)
-            : items(&list.GetObjects()), count(items->size()) {}
+        explicit Container(const MetaObj::MetaStruct& structure) : fields(structure) {}
+        explicit Container(const MetaObj::MetaList& list) : items(&list.GetObjects()) {}
 
         std::optional<MetaObj::StructView> fields;
-        const std::vector<std::shared_ptr<MetaObj::MetaObject>>* items = nullptr;
+        const Items* items = nullptr;
         std::size_t next = 0;
-        std::size_t count;
     };
 
-    void Begin(const MetaObj::ValueView& value) {
+    static bool IsContainer(const MetaObj::ValueView& value) {
+        return value.kind == MetaObj::ValueKind::Struct || value.kind == MetaObj::ValueKind::List;
+    }
+
+    void Open(const MetaObj::ValueView& value) {
         if (value.kind == MetaObj::ValueKind::Struct) {
             _writer.OpenStruct(*value.structure);
             _open.emplace_back(*value.structure);
-        } else if (value.kind == MetaObj::ValueKind::List) {
+        } else {
             _writer.OpenList(*value.list);
             _open.emplace_back(*value.list);
-        } else {
+        }
+    }
+
+    /// Goes on until a child has children itself, which then is what is open last, or to the end. It
+    /// is only for such a child that a structure or list is left and come back to.
+    void Continue(Container& container, const MetaObj::StructView& fields) {
+        const std::size_t count = fields.Count();
+        if (container.next > 0) {
+            _writer.EndField(container.next == count);
+        }
+        while (container.next < count) {
+            const std::size_t i = container.next++;
+            const FieldPlace field{fields.Name(i), PlaceOf(fields) + i, container.next == count};
+            const MetaObj::ValueView value = fields.Value(i);
+            if (IsContainer(value)) {
+                _writer.BeginField(field);
+                Open(value);
+                return;
+            }
+            _writer.Field(field, value);
+        }
+        _writer.CloseStruct();
+        _open.pop_back();
+    }
+
+    void Continue(Container& container, const Items& items) {
+        const std::size_t count = items.size();
+        if (container.next > 0) {
+            _writer.EndItem(container.next == count);
+        }
+        while (container.next < count) {
+            const MetaObj::ValueView value = MetaObj::View(items[container.next++].get());
+            _writer.BeginItem();
+            if (IsContainer(value)) {
+                Open(value);
+                return;
+            }
             _writer.Scalar(value);
+            _writer.EndItem(container.next == count);
         }
+        _writer.CloseList();
+        _open.pop_back();
     }
 
-    MetaObj::ValueView BeginNextChild(Container& container) {
-        const std::size_t index = container.next++;
-        if (container.fields) {
-            _writer.BeginField(container.fields->Name(index));
-            return container.fields->Value(index);
-        }
-        _writer.BeginItem();
-        return MetaObj::View((*container.items)[index].get());
-    }
-
-    void EndChild(const Container& container) {
-        const bool last = container.next == container.count;
-        if (container.fields) {
-            _writer.EndField(last);
-        } else {
-            _writer.EndItem(last);
-        }
-    }
-
-    void Close(const Container& container) {
-        if (container.fields) {
-            _writer.CloseStruct();
-        } else {
-            _writer.CloseList();
-        }
+    /// Structures that share their names have them at the same addresses.
+    static std::size_t PlaceOf(const MetaObj::StructView& fields) {
+        return reinterpret_cast<std::uintptr_t>(&fields.Name(0)) / alignof(std::max_align_t);
     }
 
     Writer& _writer;
-    OutputBuffer& _buffer;
     std::vector<Container> _open;
 };
 

@@ -2,10 +2,13 @@
 
 #include <array>
 #include <cstddef>
+#include <string>
 #include <string_view>
 
+#include "corvel/autocli/formatters/EscapeScan.h"
 #include "corvel/autocli/formatters/EscapeTable.h"
 #include "corvel/autocli/formatters/FormatParameters.h"
+#include "corvel/autocli/formatters/LeadCache.h"
 #include "corvel/autocli/formatters/OutputBuffer.h"
 #include "corvel/autocli/formatters/OutputRoot.h"
 #include "corvel/autocli/formatters/TextRendering.h"
@@ -24,6 +27,8 @@ namespace {
 
 constexpr std::string_view kNamespaceAddress = "http://corvel.example/Products/QUOR/5.0/quorcli";
 constexpr int kRootLevel = 2;
+/// How much deeper a nested value stands than its structure or list.
+constexpr int kNestedLevels = 2;
 
 constexpr EscapeTable kEscapes{
     {'&', "&amp;"},
@@ -35,109 +40,163 @@ constexpr EscapeTable kEscapes{
     {'\'', "&apos;"},
 };
 
-std::string_view TypeWord(MetaType type) {
-    static constexpr std::array<std::string_view, 5> kWords{
+const std::string& TypeWord(MetaType type) {
+    static const std::array<std::string, 5> words{
         "integer", "boolean", "string", "structure", "list"};
-    return kWords.at(static_cast<std::size_t>(type));
+    return words.at(static_cast<std::size_t>(type));
+}
+
+bool HasElement(const ValueView& value) {
+    return value.kind != ValueKind::Null && value.kind != ValueKind::Mismatch;
 }
 
 class XmlWriter {
 public:
-    XmlWriter(std::string& out, int level) : _out(out), _level(level) {}
+    XmlWriter(TextBuffer& out, int level) : _out(out), _level(level) {}
 
     void Scalar(const ValueView& value) {
-        switch (value.kind) {
-            case ValueKind::Bool:
-                Line(value.boolean ? "<boolean>true</boolean>\n" : "<boolean>false</boolean>\n");
-                break;
-            case ValueKind::Int:
-                Line("<integer>");
-                AppendValue(_out, value);
-                _out.append("</integer>\n");
-                break;
-            case ValueKind::String:
-                Line("<string>");
-                kEscapes.AppendEscaped(_out, value.text);
-                _out.append("</string>\n");
-                break;
-            case ValueKind::Mismatch:
-                Mismatch(value.type);
-                break;
-            default:  // null: nothing; structures and lists never come here
-                break;
+        if (HasElement(value)) {
+            AppendOpening(_out, value.type, _level);
+            Content(value);
+            AppendClosing(_out, value.type);
+        } else if (value.kind == ValueKind::Mismatch) {
+            Mismatch(value.type);
         }
     }
 
     void OpenStruct(const MetaStruct& structure) {
-        Line("<structure typeName=\"");
-        kEscapes.AppendEscaped(_out, structure.GetTypeName());
-        _out.append("\">\n");
+        AppendIndent(_out, _level);
+        _out += "<structure typeName=\"";
+        AppendEscaped<kEscapes>(_out, structure.GetTypeName());
+        _out += "\">\n";
     }
-    void BeginField(const std::string& name) {
-        Line("   <field name=\"");
-        kEscapes.AppendEscaped(_out, name);
-        _out.append("\">\n");
-        _level += 2;
+    void Field(const FieldPlace& field, const ValueView& value) {
+        if (!HasElement(value)) {
+            BeginField(field);
+            Scalar(value);
+            EndField(field.isLast);
+            return;
+        }
+        const int variant = _level * kVariants + static_cast<int>(value.type);
+        _leads.Append(_out, field.place, variant, field.name, [&](TextBuffer& lead) {
+            AppendFieldOpening(lead, field.name);
+            AppendOpening(lead, value.type, _level + kNestedLevels);
+        });
+        Content(value);
+        const std::string& word = TypeWord(value.type);
+        _leads.Append(
+            _out, static_cast<std::size_t>(value.type), _level, word, [&](TextBuffer& end) {
+                AppendClosing(end, value.type);
+                AppendFieldClosing(end);
+            });
+    }
+    void BeginField(const FieldPlace& field) {
+        AppendFieldOpening(_out, field.name);
+        _level += kNestedLevels;
     }
     void EndField(bool /*last*/) {
-        _level -= 2;
-        Line("   </field>\n");
+        _level -= kNestedLevels;
+        AppendFieldClosing(_out);
     }
-    void CloseStruct() { Line("</structure>\n"); }
+    void CloseStruct() {
+        AppendIndent(_out, _level);
+        _out += "</structure>\n";
+    }
 
     void OpenList(const MetaList& list) {
-        Line("<list type=\"");
-        _out.append(TypeWord(list.GetListType()));
-        _out.append("\">\n");
+        AppendIndent(_out, _level);
+        _out += "<list type=\"";
+        _out += TypeWord(list.GetListType());
+        _out += "\">\n";
     }
-    void BeginItem() { _level += 2; }
-    void EndItem(bool /*last*/) { _level -= 2; }
-    void CloseList() { Line("</list>\n"); }
+    void BeginItem() { _level += kNestedLevels; }
+    void EndItem(bool /*last*/) { _level -= kNestedLevels; }
+    void CloseList() {
+        AppendIndent(_out, _level);
+        _out += "</list>\n";
+    }
 
 private:
-    void Line(std::string_view text) {
-        AppendIndent(_out, _level);
-        _out.append(text);
+    /// More than there are types.
+    static constexpr int kVariants = 8;
+
+    static void AppendOpening(TextBuffer& out, MetaType type, int level) {
+        AppendIndent(out, level);
+        out += '<';
+        out += TypeWord(type);
+        out += '>';
+    }
+    static void AppendClosing(TextBuffer& out, MetaType type) {
+        out += "</";
+        out += TypeWord(type);
+        out += ">\n";
+    }
+    void AppendFieldOpening(TextBuffer& out, const std::string& name) const {
+        AppendIndent(out, _level);
+        out += "   <field name=\"";
+        AppendEscaped<kEscapes>(out, name);
+        out += "\">\n";
+    }
+    void AppendFieldClosing(TextBuffer& out) const {
+        AppendIndent(out, _level);
+        out += "   </field>\n";
+    }
+
+    void Content(const ValueView& value) {
+        switch (value.kind) {
+            case ValueKind::Bool:
+                AppendBool(_out, value.boolean, "true", "false");
+                break;
+            case ValueKind::Int:
+                AppendInteger(_out, value.integer);
+                break;
+            case ValueKind::String:
+                AppendEscaped<kEscapes>(_out, value.text);
+                break;
+            default:  // null, mismatch, structures and lists never come here
+                break;
+        }
     }
 
     void Mismatch(MetaType type) {
         if (type == MetaType::Bool) {
-            _out.append("<!-- Error reading a bool -->\n");
+            _out += "<!-- Error reading a bool -->\n";
             return;
         }
         // Deliberate: these make the document ill-formed, so that no reader takes it for whole.
-        _out.append(
-            MismatchText(type, "Error Only simple int, bool, string and struct output supported"));
-        _out.append("\n");
+        _out +=
+            MismatchText(type, "Error Only simple int, bool, string and struct output supported");
+        _out += '\n';
     }
 
-    std::string& _out;
+    TextBuffer& _out;
     int _level;
+    LeadCache _leads;
 };
 
-void WriteValue(const MetaObject* value, OutputBuffer& buffer, int level) {
-    XmlWriter writer(buffer.Text(), level);
-    ValueWalk(writer, buffer).Run(value);
+void WriteValue(const MetaObject* value, TextBuffer& out, int level) {
+    XmlWriter writer(out, level);
+    ValueWalk(writer).Run(MetaObj::View(value));
 }
 
-void WriteStylesheet(const FormatParameters& parameters, std::string& out) {
+void WriteStylesheet(const FormatParameters& parameters, TextBuffer& out) {
     if (parameters.HasParameter("stylesheet")) {
-        out.append("<?xml-stylesheet type=\"text/xsl\" href=\"");
-        out.append(parameters.GetParameter("stylesheet"));
-        out.append("\"?>\n");
+        out += "<?xml-stylesheet type=\"text/xsl\" href=\"";
+        out += parameters.GetParameter("stylesheet");
+        out += "\"?>\n";
     }
 }
 
-void WriteMetaData(const FormatParameters& parameters, std::string& out) {
-    out.append("   <meta-data>\n");
+void WriteMetaData(const FormatParameters& parameters, TextBuffer& out) {
+    out += "   <meta-data>\n";
     for (const auto& [key, value] : parameters.GetParameters()) {
-        out.append("      <meta-data-field name=\"");
-        kEscapes.AppendEscaped(out, key);
-        out.append("\" value=\"");
-        kEscapes.AppendEscaped(out, value);
-        out.append("\"/>\n");
+        out += "      <meta-data-field name=\"";
+        AppendEscaped<kEscapes>(out, key);
+        out += "\" value=\"";
+        AppendEscaped<kEscapes>(out, value);
+        out += "\"/>\n";
     }
-    out.append("   </meta-data>\n");
+    out += "   </meta-data>\n";
 }
 
 }  // namespace
@@ -159,18 +218,17 @@ bool XmlFormatter::Format(const std::shared_ptr<CallSpec::Output>& output,
                           FormatParameters& parameters,
                           DisplayContext& /*display*/,
                           std::ostream& stream) {
-    OutputBuffer buffer(stream);
-    std::string& out = buffer.Text();
-    out.append("<?xml version=\"1.0\"?>\n");
+    OutputBuffer out(stream);
+    out += "<?xml version=\"1.0\"?>\n";
     WriteStylesheet(parameters, out);
-    out.append("<output xmlns:quorcli=\"");
-    out.append(kNamespaceAddress);
-    out.append("\">\n");
+    out += "<output xmlns:quorcli=\"";
+    out += kNamespaceAddress;
+    out += "\">\n";
     WriteMetaData(parameters, out);
-    out.append("   <root>\n");
-    WriteValue(OutputRoot(output).get(), buffer, kRootLevel);
-    out.append("   </root>\n</output>\n");
-    buffer.Flush();
+    out += "   <root>\n";
+    WriteValue(OutputRoot(output).get(), out, kRootLevel);
+    out += "   </root>\n</output>\n";
+    out.Flush();
     return true;
 }
 
@@ -183,9 +241,9 @@ void XmlFormatter::Format(const std::shared_ptr<MetaObject>& value,
 }
 
 std::string SantizeString(const std::string& text) {
-    std::string escaped;
-    kEscapes.AppendEscaped(escaped, text);
-    return escaped;
+    TextBuffer escaped;
+    AppendEscaped<kEscapes>(escaped, text);
+    return std::string(escaped.View());
 }
 
 std::string SantizeString(const char* text) {

@@ -68,6 +68,40 @@ inline std::shared_ptr<MetaObj::MetaStruct> NestedStructures(std::size_t depth) 
     return value;
 }
 
+/// A structure of type "Outer" whose fields are structures and scalars in turn: two types with fields
+/// of the same names and of names of their own, one of them at two levels, and one field removed.
+inline std::shared_ptr<MetaObj::MetaStruct> MixedStructure(long number) {
+    const auto make = [number](const char* type, const char* own) {
+        auto structure = MetaObj::MetaStruct::New(type);
+        structure->SetField("Number", number);
+        structure->SetField("Text", "t");
+        structure->SetField(own, number % 2 == 0);
+        return structure;
+    };
+    const auto first = make("First", "Extra");
+    first->SetField("Inner", make("Second", "Zone"));
+    const auto second = make("Second", "Zone");
+    if (number % 2 == 0) {
+        second->RemoveField("Text");
+    }
+    auto outer = MetaObj::MetaStruct::New("Outer");
+    outer->SetField("A", first);
+    outer->SetField("B", second);
+    outer->SetField("Number", number);
+    return outer;
+}
+
+/// A structure of type "Wide" with the fields "f000" and so on, each with its number.
+inline std::shared_ptr<MetaObj::MetaStruct> WideStructure(long fields) {
+    auto wide = MetaObj::MetaStruct::New("Wide");
+    for (long i = 0; i < fields; ++i) {
+        std::string digits = std::to_string(1000 + i);
+        digits[0] = 'f';
+        wide->SetField(digits, i);
+    }
+    return wide;
+}
+
 /// Runs the work in a thread whose stack is far too small for a recursion thousands of calls deep.
 inline void RunOnSmallStack(const std::function<void()>& work) {
     constexpr std::size_t kStackSize = std::size_t{128} * 1024;

@@ -256,5 +256,75 @@ TEST(JsonFormatter, StreamGetsTheTextInLargePieces) {
     }
 }
 
+std::string MixedJson(long number) {
+    const std::string digits = std::to_string(number);
+    const std::string even = number % 2 == 0 ? "true" : "false";
+    return "\n{\n"
+           "   \"A\": \n"
+           "      {\n"
+           "         \"Extra\": " +
+           even +
+           ",\n"
+           "         \"Inner\": \n"
+           "            {\n"
+           "               \"Number\": " +
+           digits +
+           ",\n"
+           "               \"Text\": \"t\",\n"
+           "               \"Zone\": " +
+           even +
+           "\n"
+           "            },\n"
+           "         \"Number\": " +
+           digits +
+           ",\n"
+           "         \"Text\": \"t\"\n"
+           "      },\n"
+           "   \"B\": \n"
+           "      {\n"
+           "         \"Number\": " +
+           digits + ",\n" + (number % 2 == 0 ? "" : "         \"Text\": \"t\",\n") +
+           "         \"Zone\": " + even +
+           "\n"
+           "      },\n"
+           "   \"Number\": " +
+           digits + "\n}";
+}
+
+TEST(JsonFormatter, KeepsApartTypesThatAlternate) {
+    JsonFormatter formatter;
+    auto holder = MetaStruct::New("Holder");
+    std::string expected = "\n{\n";
+    for (long i = 0; i < 9; ++i) {
+        const std::string name = "M" + std::to_string(i);
+        holder->SetField(name, MixedStructure(i));
+        EXPECT_EQ(MixedJson(i), FormatValue(formatter, MixedStructure(i), 0));
+        std::string nested;
+        for (const char c : MixedJson(i).substr(1)) {
+            nested += c;
+            nested += c == '\n' ? "      " : "";
+        }
+        expected += "   \"" + name + "\": \n      " + nested + (i == 8 ? "\n" : ",\n");
+    }
+    EXPECT_EQ(expected + "}", FormatValue(formatter, holder, 0));
+}
+
+TEST(JsonFormatter, PrintsMoreFieldsThanItRemembers) {
+    JsonFormatter formatter;
+    const auto wide = WideStructure(700);
+    auto both = MetaStruct::New("Both");
+    both->SetField("a", wide);
+    both->SetField("b", WideStructure(700));
+    std::string fields;
+    for (long i = 0; i < 700; ++i) {
+        const std::string number = std::to_string(i);
+        fields += "         \"f" + std::to_string(1000 + i).substr(1) + "\": " + number;
+        fields += i == 699 ? "\n" : ",\n";
+    }
+    const std::string expected = "      {\n" + fields + "      }";
+    EXPECT_EQ("\n{\n   \"a\": \n" + expected + ",\n   \"b\": \n" + expected + "\n}",
+              FormatValue(formatter, both, 0));
+}
+
 }  // namespace
 }  // namespace Corvel::AutoCli

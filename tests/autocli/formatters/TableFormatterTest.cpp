@@ -462,6 +462,58 @@ TEST(TableFormatter, WritesInLargePieces) {
     EXPECT_LE(stream.GetPieces().size(), 4U);
 }
 
+TEST(TableFormatter, FindsFieldsInRowsThatShareNoNames) {
+    // Each row with names of its own, in the order in which they were set.
+    auto disks = MetaList::New(MetaType::Struct, Disk("", 0));
+    for (long i = 0; i < 3; ++i) {
+        auto disk = MetaStruct::New("Disk");
+        if (i % 2 == 0) {
+            disk->SetField("Size", i);
+            disk->SetField("Name", "x");
+        } else {
+            disk->SetField("Name", "y");
+            disk->SetField("Size", i);
+        }
+        disks->Add(disk);
+    }
+    EXPECT_EQ(Complete("Name  Size\n"
+                       "----  ----\n"
+                       "x        0  \n"
+                       "y        1  \n"
+                       "x        2  \n"),
+              Table(disks));
+}
+
+TEST(TableFormatter, FindsFieldsInRowsThatGotMoreOfThem) {
+    const auto disks = Disks();
+    for (int i = 0; i < 3; ++i) {
+        disks->Add(Disk("c", i));
+    }
+    // Moves the places of the other fields.
+    const auto changed = std::static_pointer_cast<MetaStruct>(disks->GetItem(1));
+    changed->SetField("Alias", "first");
+    changed->SetField("Owner", "between");
+    const auto last = std::static_pointer_cast<MetaStruct>(disks->GetItem(4));
+    last->SetField("Zone", "last");
+    EXPECT_EQ(Complete("Size  Name  Size\n"
+                       "----  ----  ----\n"
+                       "   5  a        5  \n"
+                       "  12  bbbb    12  \n"
+                       "   0  c        0  \n"
+                       "   1  c        1  \n"
+                       "   2  c        2  \n"),
+              Table(disks, Parameters({{"fields", "Size,Name,Size"}})));
+}
+
+TEST(TableFormatter, MissesAFieldThatOneRowHasLost) {
+    for (const std::uint32_t index : {0U, 1U, 2U}) {
+        const auto disks = Disks();
+        disks->Add(Disk("c", 1));
+        std::static_pointer_cast<MetaStruct>(disks->GetItem(index))->RemoveField("Name");
+        EXPECT_EQ(Incomplete("Error: Unknown field in field list: Name\n"), Table(disks));
+    }
+}
+
 TEST(TableFormatter, StackDoesNotGrowWithTheDepthOfACell) {
     constexpr std::size_t kDepth = 10000;
     auto row = MetaStruct::New("Row");

@@ -312,6 +312,61 @@ TEST(XmlFormatter, StreamGetsTheTextInLargePieces) {
     }
 }
 
+std::string XmlField(const std::string& indent, const std::string& name, const std::string& value) {
+    return indent + "<field name=\"" + name + "\">\n" + value + indent + "</field>\n";
+}
+
+TEST(XmlFormatter, KeepsApartTypesAndKindsThatAlternate) {
+    XmlFormatter formatter;
+    // The same names at the same level with values of other kinds.
+    auto holder = MetaStruct::New("Holder");
+    std::string expected = "<structure typeName=\"Holder\">\n";
+    for (int i = 0; i < 9; ++i) {
+        auto item = MetaStruct::New("Item");
+        std::string value;
+        if (i % 3 == 0) {
+            item->SetField("Value", i);
+            value = "<integer>" + std::to_string(i) + "</integer>";
+        } else if (i % 3 == 1) {
+            item->SetField("Value", "a&b");
+            value = "<string>a&amp;b</string>";
+        } else {
+            item->SetField("Value", true);
+            value = "<boolean>true</boolean>";
+        }
+        const std::string name = "I" + std::to_string(i);
+        holder->SetField(name, item);
+        expected += XmlField("   ",
+                             name,
+                             "      <structure typeName=\"Item\">\n" +
+                                 XmlField("         ", "Value", "            " + value + "\n") +
+                                 "      </structure>\n");
+    }
+    EXPECT_EQ(expected + "</structure>\n", FormatValue(formatter, holder, 0));
+}
+
+TEST(XmlFormatter, KindOfAFieldMayChangeFromOneStructureToTheNext) {
+    XmlFormatter formatter;
+    auto definition = MetaStruct::New("Item");
+    definition->SetField("Value", 0);
+    auto holder = MetaStruct::New("Holder");
+    const auto number = MetaStruct::New(definition);
+    number->SetField("Value", 7);
+    const auto text = MetaStruct::New(definition);
+    text->SetField("Value", "7");
+    holder->SetField("A", number);
+    holder->SetField("B", text);
+    const auto item = [](const std::string& value) {
+        return "      <structure typeName=\"Item\">\n" +
+               XmlField("         ", "Value", "            " + value + "\n") +
+               "      </structure>\n";
+    };
+    EXPECT_EQ("<structure typeName=\"Holder\">\n" +
+                  XmlField("   ", "A", item("<integer>7</integer>")) +
+                  XmlField("   ", "B", item("<string>7</string>")) + "</structure>\n",
+              FormatValue(formatter, holder, 0));
+}
+
 TEST(SantizeString, EscapesSixCharacters) {
     EXPECT_EQ("50&#37; &lt;b&gt;&amp;&apos;&quot;", SantizeString("50% <b>&'\""));
     EXPECT_EQ("&amp;amp;", SantizeString("&amp;"));

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <string>
+
+#include "corvel/autocli/formatters/TextBuffer.h"
+
+namespace Corvel::AutoCli {
+
+/// What stands before the values of fields ("      \"Size\": "), made once for many structures
+/// alike. Remembers a fixed number of short texts, each for the address of a name and a variant;
+/// every other text is made again, so that what is appended never depends on what is remembered.
+///
+/// Lifetime: no name may change or end its life while the cache is used.
+class LeadCache {
+public:
+    /// @param place    where it is remembered; should differ for texts that are needed in turn.
+    /// @param variant  tells the texts for one name apart, for example by level.
+    /// @param make     called with a TextBuffer to append the text to.
+    template <typename Make>
+    void Append(TextBuffer& out,
+                std::size_t place,
+                int variant,
+                const std::string& name,
+                const Make& make) {
+        const auto spread = static_cast<std::size_t>(variant) * kVariantStep;
+        Lead& lead = _leads[(place + spread) % kPlaces];
+        if (lead.name != &name || lead.variant != variant) {
+            _made.Clear();
+            make(_made);
+            if (_made.Size() > kMostSize) {
+                out += _made.View();
+                return;
+            }
+            lead.name = &name;
+            lead.variant = variant;
+            lead.size = static_cast<std::uint32_t>(_made.Size());
+            std::memcpy(lead.text.data(), _made.View().data(), lead.size);
+        }
+        out.EndAt(PutBlocks(out.Room(kMostSize), lead.text.data(), lead.size));
+    }
+
+private:
+    static constexpr std::size_t kPlaces = 128;
+    /// Keeps apart the fields of nested structures, as long as they are not many.
+    static constexpr std::size_t kVariantStep = 37;
+    static constexpr std::size_t kMostSize = 112;
+    static_assert(kMostSize % TextBuffer::kSlack == 0, "whole blocks are copied");
+
+    struct Lead {
+        const std::string* name = nullptr;
+        std::int32_t variant = 0;
+        std::uint32_t size = 0;
+        std::array<char, kMostSize> text;  // not set beyond its size
+    };
+
+    std::array<Lead, kPlaces> _leads;
+    TextBuffer _made;
+};
+
+}  // namespace Corvel::AutoCli
