@@ -1,6 +1,5 @@
 #pragma once
 
-#include <memory>
 #include <string_view>
 
 #include "corvel/autocli/plugins/XmlUtil.h"
@@ -46,9 +45,5 @@ public:
 private:
     Iterator _first;
 };
-
-/// What XmlUtil_ParseXmlOutput does once the text is parsed.
-/// @param root  the root element; null when the document has none.
-std::shared_ptr<MetaObj::MetaObject> BuildOutputValue(xmlNode* root);
 
 }  // namespace Corvel::AutoCli

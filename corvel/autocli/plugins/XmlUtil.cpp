@@ -1,35 +1,27 @@
 #include "corvel/autocli/plugins/XmlUtil.h"
 
-#include <algorithm>
 #include <array>
-#include <charconv>
+#include <cstddef>
 #include <new>
 #include <string_view>
-#include <system_error>
-#include <utility>
 
 #include <libxml/tree.h>
 #include <libxml/xmlmemory.h>
 
-#include "corvel/autocli/plugins/XmlDocument.h"
+#include "corvel/autocli/plugins/ValueBuilder.h"
+#include "corvel/autocli/plugins/ValueDocument.h"
 #include "corvel/autocli/plugins/XmlNodes.h"
+#include "corvel/autocli/plugins/XmlReader.h"
 #include "corvel/metaobj/CorvelException.h"
-#include "corvel/metaobj/MetaBool.h"
-#include "corvel/metaobj/MetaInt.h"
 #include "corvel/metaobj/MetaList.h"
 #include "corvel/metaobj/MetaObject.h"
-#include "corvel/metaobj/MetaString.h"
 #include "corvel/metaobj/MetaStruct.h"
 
 namespace Corvel::AutoCli {
 
-using MetaObj::MetaBool;
-using MetaObj::MetaInt;
 using MetaObj::MetaList;
 using MetaObj::MetaObject;
-using MetaObj::MetaString;
 using MetaObj::MetaStruct;
-using MetaObj::MetaType;
 
 namespace {
 
@@ -41,10 +33,6 @@ using XmlText = std::unique_ptr<xmlChar, FreeText>;
 
 std::string ToString(const XmlText& text) {
     return text == nullptr ? std::string() : reinterpret_cast<const char*>(text.get());
-}
-
-bool IsElement(const xmlNode* node, std::string_view name) {
-    return node != nullptr && node->type == XML_ELEMENT_NODE && NodeName(node) == name;
 }
 
 /// @param refusal  makes the message to raise when a second element has that name.
@@ -64,58 +52,73 @@ xmlNode* OnlyChild(const xmlNode* node, std::string_view tag, const Refusal& ref
     return found;
 }
 
-/// Reads a number as `stream >> number` does in the C locale: leading white space and what follows
-/// the digits are passed over; a number out of range is a failure.
-bool ReadInteger(std::string_view text, long& number) {
-    text.remove_prefix(std::min(text.find_first_not_of(" \t\n\v\f\r"), text.size()));
-    if (text.starts_with('+')) {
-        text.remove_prefix(1);
-        if (text.starts_with('-')) {
-            return false;
+void ReportStart(xmlNode* node, std::string_view name, XmlHandler& handler) {
+    // All that mean something in a value.
+    static constexpr std::array<const char*, 3> kNames = {"type", "typeName", "name"};
+    std::array<std::string, kNames.size()> values;
+    std::array<XmlAttribute, kNames.size()> attributes;
+    for (std::size_t i = 0; i < kNames.size(); ++i) {
+        values[i] = XmlUtil_ExtractAttribute(node, kNames[i]);
+        attributes[i] = {kNames[i], values[i]};
+    }
+    handler.StartElement(name, XmlAttributes(attributes));
+}
+
+/// Reports a node that was just entered.
+/// @return whether there is more to report below it.
+bool ReportEntered(xmlNode* node, XmlHandler& handler) {
+    if (node->type == XML_ELEMENT_NODE) {
+        ReportStart(node, NodeName(node), handler);
+        if (node->children != nullptr) {
+            return true;
         }
+        handler.EndElement();
+    } else if (node->type == XML_TEXT_NODE || node->type == XML_CDATA_SECTION_NODE ||
+               node->type == XML_ENTITY_REF_NODE) {
+        handler.Text(XmlUtil_GetContent(node));
     }
-    return std::from_chars(text.data(), text.data() + text.size(), number).ec == std::errc();
+    return false;
 }
 
-std::shared_ptr<MetaObject> BuildInt(xmlNode* node) {
-    const std::string content = XmlUtil_GetContent(node);
-    if (content.empty()) {
-        return MetaInt::New();
-    }
-    long number = 0;
-    if (!ReadInteger(content, number)) {
-        throw CorvelException("Unable to read an int value from: '" + content + "'");
-    }
-    return MetaInt::New(number);
-}
-
-std::shared_ptr<MetaObject> BuildBool(xmlNode* node) {
-    const std::string content = XmlUtil_GetContent(node);
-    return MetaBool::New(content != "false" && content != "f" && content != "0");
-}
-
-MetaType ListTypeFromWord(std::string_view word) {
-    static constexpr std::array<std::pair<std::string_view, MetaType>, 5> kWords{{
-        {"string", MetaType::String},
-        {"int", MetaType::Int},
-        {"bool", MetaType::Bool},
-        {"structure", MetaType::Struct},
-        {"list", MetaType::List},
-    }};
-    for (const auto& [known, type] : kWords) {
-        if (word == known) {
-            return type;
+void ReportBelow(xmlNode* top, XmlHandler& handler) {
+    xmlNode* node = top->children;
+    while (node != nullptr) {
+        if (ReportEntered(node, handler)) {
+            node = node->children;
+            continue;
         }
+        while (node->next == nullptr && node->parent != top) {
+            node = node->parent;
+            handler.EndElement();
+        }
+        node = node->next;
     }
-    throw CorvelException(
-        "Invalid list type attribute.  Must be one of [string, int, bool, structure, list]");
+}
+
+/// @param name  as what to build the node, whatever it is called.
+std::shared_ptr<MetaObject> BuildValue(xmlNode* node, std::string_view name) {
+    ValueBuilder builder;
+    ReportStart(node, name, builder);
+    ReportBelow(node, builder);
+    builder.EndElement();
+    return builder.TakeValue();
 }
 
 }  // namespace
 
 std::shared_ptr<MetaObject> XmlUtil_ParseXmlOutput(const std::string& text) {
-    const XmlDocument document = XmlDocument::Parse(text, "STDOUT");
-    return document.IsParsed() ? BuildOutputValue(document.GetRoot()) : nullptr;
+    ValueDocument document;
+    bool isParsed = false;
+    try {
+        isParsed = ReadXml(text, document);
+    } catch (const CorvelException& error) {
+        throw CorvelException(
+            "Error parsing command output.  Unable to build a proper metaobject from output tag.  "
+            "output must contain properly formatted tags of type bool, int, string, structure and "
+            "list. Error was : " +
+            std::string(error.what()));
+    }
+    return isParsed ? document.TakeValue() : nullptr;
 }
 
 std::shared_ptr<MetaObject> XmlUtil_BuildMetaObject(xmlNode* node) {
@@ -125,58 +128,19 @@ std::shared_ptr<MetaObject> XmlUtil_BuildMetaObject(xmlNode* node) {
     if (node != nullptr && node->type == XML_COMMENT_NODE) {
         throw CorvelException("Trying to make a meta object from a comment");
     }
-    if (IsElement(node, "string")) {
-        return MetaString::New(XmlUtil_GetContent(node));
+    if (node == nullptr || node->type != XML_ELEMENT_NODE) {
+        throw CorvelException("Unable to make a MetaObject from a node with tag '" +
+                              std::string(NodeName(node)) + "'");
     }
-    if (IsElement(node, "int")) {
-        return BuildInt(node);
-    }
-    if (IsElement(node, "bool")) {
-        return BuildBool(node);
-    }
-    if (IsElement(node, "structure")) {
-        return BuildMetaStruct(node);
-    }
-    if (IsElement(node, "list")) {
-        return BuildMetaList(node);
-    }
-    throw CorvelException("Unable to make a MetaObject from a node with tag '" +
-                          std::string(NodeName(node)) + "'");
+    return BuildValue(node, NodeName(node));
 }
 
 std::shared_ptr<MetaList> BuildMetaList(xmlNode* node) {
-    const MetaType type = ListTypeFromWord(XmlUtil_ExtractAttribute(node, "type"));
-    std::shared_ptr<MetaList> list;
-    if (type != MetaType::Struct) {
-        list = MetaList::New(type);
-    }
-    for (xmlNode* child : ChildElements(node)) {
-        std::shared_ptr<MetaObject> item = XmlUtil_BuildMetaObject(child);
-        if (list == nullptr) {
-            // An item that is no structure counts as none here; the list then refuses it.
-            list = MetaList::New(type, item);
-        }
-        list->Add(std::move(item));
-    }
-    return list == nullptr ? MetaList::New(type, nullptr) : list;
+    return std::static_pointer_cast<MetaList>(BuildValue(node, "list"));
 }
 
 std::shared_ptr<MetaStruct> BuildMetaStruct(xmlNode* node) {
-    auto structure = MetaStruct::New(XmlUtil_ExtractAttribute(node, "typeName"));
-    for (xmlNode* child : ChildElements(node)) {
-        if (NodeName(child) != "field") {
-            continue;
-        }
-        const std::string name = XmlUtil_ExtractAttribute(child, "name");
-        if (name.empty()) {
-            throw CorvelException(
-                "Invalid <field> tag found.  <field> requires a 'name' attribute.");
-        }
-        if (xmlNode* value = FirstChildElement(child)) {
-            structure->SetField(name, XmlUtil_BuildMetaObject(value));
-        }
-    }
-    return structure;
+    return std::static_pointer_cast<MetaStruct>(BuildValue(node, "structure"));
 }
 
 xmlNode* XmlUtil_FindChildNode(xmlNode* node, const std::string& tag) {

@@ -34,8 +34,7 @@ namespace Corvel::AutoCli {
 /// content and children.
 ///
 /// Failures: every refusal is a CorvelException.
-/// Depth:    the builders recurse once per nested element; the parser refuses texts with much more
-///           than 250 levels.
+/// Depth:    the builders do not recurse; the parser refuses texts with much more than 250 levels.
 
 /// The value of a whole text. Only the first element below the root is read.
 ///

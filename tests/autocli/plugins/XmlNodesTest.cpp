@@ -5,8 +5,6 @@
 
 #include "corvel/autocli/plugins/XmlDocument.h"
 #include "corvel/autocli/plugins/XmlNodes.h"
-#include "corvel/metaobj/MetaObject.h"
-#include "tests/support/ThrownText.h"
 
 namespace Corvel::AutoCli {
 namespace {
@@ -34,13 +32,6 @@ TEST(XmlNodes, NullNodeHasNeitherNameNorChildrenNorSiblings) {
     EXPECT_EQ(nullptr, FirstChildElement(nullptr));
     EXPECT_EQ(nullptr, NextSiblingElement(nullptr));
     EXPECT_EQ((std::vector<std::string>{}), ChildNames(nullptr));
-}
-
-TEST(XmlNodes, DocumentWithoutRootIsNoOutput) {
-    EXPECT_EQ(
-        "Error parsing command output.  Unable to find a properly formatted output tag as the "
-        "document root",
-        Testing::ThrownText([] { BuildOutputValue(nullptr); }));
 }
 
 }  // namespace
