@@ -1,5 +1,6 @@
 #include "corvel/callspec/ParameterConstraint.h"
 
+#include <locale>
 #include <stdexcept>
 #include <utility>
 
@@ -39,7 +40,11 @@ std::string SetText(const std::vector<T>& values) {
 }  // namespace
 
 struct ParameterConstraint::CompiledPattern {
-    explicit CompiledPattern(const std::string& pattern) : expression(pattern) {}
+    explicit CompiledPattern(const std::string& pattern) {
+        // What a value may be must not change with the locale that some library has set.
+        expression.imbue(std::locale::classic());
+        expression.assign(pattern);
+    }
 
     boost::regex expression;
 };

@@ -1,6 +1,8 @@
+#include <algorithm>
 #include <climits>
 #include <cstdint>
 #include <list>
+#include <locale>
 #include <map>
 #include <memory>
 #include <string>
@@ -372,6 +374,21 @@ TEST(ParameterConstraint, RegexThatGivesUpDoesNotMatch) {
                           pattern + ")"));
     }
     EXPECT_EQ(Validate(*constraint, "aac"), kAccepted);
+}
+
+/// A library may have set a locale in which other characters are letters.
+TEST(ParameterConstraint, RegexDoesNotDependOnTheLocale) {
+    static std::ctype<char>::mask classes[std::ctype<char>::table_size];
+    std::copy_n(std::ctype<char>::classic_table(), std::ctype<char>::table_size, classes);
+    classes[static_cast<unsigned char>('-')] = classes[static_cast<unsigned char>('a')];
+    const std::locale saved =
+        std::locale::global(std::locale(std::locale::classic(), new std::ctype<char>(classes)));
+    const auto constraint = StringRegex("\\w+");
+    const bool accepted = Validate(*constraint, "a-b") == kAccepted;
+    const bool acceptedByTheLibrary = boost::regex_match("a-b", boost::regex("\\w+"));
+    std::locale::global(saved);
+    EXPECT_FALSE(accepted);
+    EXPECT_TRUE(acceptedByTheLibrary);
 }
 
 TEST(ParameterConstraint, RegexThatNestsTooDeepOrEndlesslyIsInvalid) {
