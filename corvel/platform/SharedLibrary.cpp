@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <elf.h>
 #include <link.h>
@@ -76,6 +77,44 @@ std::string ReasonAgainst(const std::string& path) {
     return {};
 }
 
+/// A place in memory that is looked for among what is loaded.
+struct CodeSearch {
+    std::uintptr_t address;
+    bool found;
+};
+
+/// Whether the address lies in a segment of this object that may be executed; ends the search then.
+int SearchCode(dl_phdr_info* object, std::size_t /*size*/, void* context) {
+    auto& search = *static_cast<CodeSearch*>(context);
+    for (int i = 0; i < object->dlpi_phnum; ++i) {
+        const ElfW(Phdr)& segment = object->dlpi_phdr[i];
+        const std::uintptr_t begin = object->dlpi_addr + segment.p_vaddr;
+        if (segment.p_type == PT_LOAD && (segment.p_flags & PF_X) != 0 && search.address >= begin &&
+            search.address - begin < segment.p_memsz) {
+            search.found = true;
+        }
+    }
+    return search.found ? 1 : 0;
+}
+
+bool IsCode(const void* address) {
+    CodeSearch search = {reinterpret_cast<std::uintptr_t>(address), false};
+    dl_iterate_phdr(&SearchCode, &search);
+    return search.found;
+}
+
+/// Whether a symbol stands exactly there that says it is data. Constants may lie among the code.
+bool IsNamedAsData(const void* address) {
+    Dl_info info = {};
+    void* entry = nullptr;
+    if (dladdr1(address, &info, &entry, RTLD_DL_SYMENT) == 0 || info.dli_saddr != address) {
+        return false;
+    }
+    const auto* symbol = static_cast<const ElfW(Sym)*>(entry);
+    const auto type = ELF64_ST_TYPE(symbol->st_info);
+    return type != STT_FUNC && type != STT_GNU_IFUNC && type != STT_NOTYPE;
+}
+
 }  // namespace
 
 std::unique_ptr<SharedLibrary> SharedLibrary::Load(const std::string& path, std::string& reason) {
@@ -88,7 +127,7 @@ std::unique_ptr<SharedLibrary> SharedLibrary::Load(const std::string& path, std:
         reason = LoaderReason();
         return nullptr;
     }
-    return std::unique_ptr<SharedLibrary>(new SharedLibrary(handle));
+    return std::unique_ptr<SharedLibrary>(new SharedLibrary(path, handle));
 }
 
 SharedLibrary::~SharedLibrary() {
@@ -99,6 +138,15 @@ void* SharedLibrary::FindSymbol(const char* name, std::string& reason) const {
     void* address = dlsym(_handle, name);
     if (address == nullptr) {
         reason = LoaderReason();
+    }
+    return address;
+}
+
+void* SharedLibrary::FindFunction(const char* name, std::string& reason) const {
+    void* address = FindSymbol(name, reason);
+    if (address != nullptr && (!IsCode(address) || IsNamedAsData(address))) {
+        reason = _path + ": symbol is no function: " + name;
+        return nullptr;
     }
     return address;
 }

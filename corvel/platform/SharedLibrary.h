@@ -8,7 +8,8 @@ namespace Corvel::Platform {
 /// A shared library that was loaded into the process. Its symbols serve libraries loaded later, too,
 /// and its functions are bound when they are first called.
 ///
-/// Failures: reasons are the system loader's own words, "(null)" when it gives none.
+/// Failures: reasons are the system loader's own words, "(null)" when it gives none, or words like
+///           them where it has no objection and we do.
 /// Lifetime: the destructor gives the library back; the system unloads it when nobody else uses it.
 class SharedLibrary final {
 public:
@@ -30,9 +31,14 @@ public:
     /// @return null on failure.
     void* FindSymbol(const char* name, std::string& reason) const;
 
-private:
-    explicit SharedLibrary(void* handle) : _handle(handle) {}
+    /// FindSymbol() of something that can be called: data is refused, which would end the process
+    /// when it is.
+    void* FindFunction(const char* name, std::string& reason) const;
 
+private:
+    SharedLibrary(const std::string& path, void* handle) : _path(path), _handle(handle) {}
+
+    std::string _path;
     void* _handle;
 };
 

@@ -33,6 +33,26 @@ TEST(SharedLibrary, UnknownSymbolIsNull) {
     EXPECT_EQ(kLibrary + ": undefined symbol: corvel_test_nosuch", reason);
 }
 
+TEST(SharedLibrary, FunctionsAreToldFromData) {
+    std::string reason;
+    const auto library = SharedLibrary::Load(kLibrary, reason);
+    ASSERT_NE(nullptr, library);
+    EXPECT_EQ(nullptr, library->FindFunction("corvel_test_nosuch", reason));
+    EXPECT_EQ(kLibrary + ": undefined symbol: corvel_test_nosuch", reason);
+    EXPECT_EQ(nullptr, library->FindFunction("corvel_test_no_entry_point", reason));
+    EXPECT_EQ(kLibrary + ": symbol is no function: corvel_test_no_entry_point", reason);
+}
+
+/// The address of some functions is chosen when they are looked up, and then lies at no symbol.
+TEST(SharedLibrary, FunctionsOfEveryKindCanBeCalled) {
+    std::string reason;
+    const auto library = SharedLibrary::Load("libc.so.6", reason);
+    ASSERT_NE(nullptr, library) << reason;
+    for (const char* const name : {"getpid", "memcpy", "strlen"}) {
+        EXPECT_NE(nullptr, library->FindFunction(name, reason)) << reason;
+    }
+}
+
 TEST(SharedLibrary, PathWithoutSlashIsLookedForByTheLoader) {
     std::string reason;
     EXPECT_NE(nullptr, SharedLibrary::Load("libxml2.so.2", reason)) << reason;

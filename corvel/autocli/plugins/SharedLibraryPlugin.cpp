@@ -6,6 +6,7 @@
 #include "corvel/autocli/formatters/Formatter.h"
 #include "corvel/metaobj/CorvelException.h"
 #include "corvel/metaobj/NullText.h"
+#include "corvel/platform/LoadingScope.h"
 #include "corvel/platform/SharedLibrary.h"
 
 namespace Corvel::AutoCli {
@@ -30,12 +31,13 @@ void SharedLibraryPlugin::Initialize() {
     if (_library != nullptr) {
         return;
     }
+    const Platform::LoadingScope loading(_path);
     std::string reason;
     auto library = Platform::SharedLibrary::Load(_path, reason);
     if (library == nullptr) {
         throw CorvelException("Unable to load plugin from " + _path + ": " + reason);
     }
-    void* entryPoint = library->FindSymbol("AutoCli_RegisterNamespaces", reason);
+    void* entryPoint = library->FindFunction("AutoCli_RegisterNamespaces", reason);
     if (entryPoint == nullptr) {
         throw CorvelException("Unable to get plugin registration point from " + _path + ": " +
                               reason);
@@ -50,6 +52,7 @@ const std::string& SharedLibraryPlugin::GetName() const {
 
 void SharedLibraryPlugin::RegisterNamespaces(std::shared_ptr<Namespace> root) {
     if (_register != nullptr) {
+        const Platform::LoadingScope loading(_path);
         _register(std::move(root));
     }
 }

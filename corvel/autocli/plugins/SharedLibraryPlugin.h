@@ -19,6 +19,10 @@ namespace Corvel::AutoCli {
 ///   extern "C" void AutoCli_RegisterNamespaces(std::shared_ptr<Namespace> root);
 /// which builds its nodes and hangs them in below the root.
 ///
+/// While code of the library runs here, it cannot end the process as if all were well: its exit() gives
+/// status 1 and, on standard error, "Unable to load plugin from " + path + ": it ended the process".
+/// A working directory that it changed is restored.
+///
 /// Lifetime: the library is loaded by Initialize() and stays so exactly as long as this object lives.
 ///           Its commands, its other objects and the exceptions that it throws must be gone before.
 class CORVEL_EXPORT SharedLibraryPlugin : public Plugin {
@@ -35,7 +39,7 @@ public:
     /// Loads the library and looks its entry point up; nothing more to do once that has succeeded.
     /// Raises, with the loader's own reason,
     ///   "Unable to load plugin from " + path + ": " + reason
-    ///   "Unable to get plugin registration point from " + path + ": " + reason
+    ///   "Unable to get plugin registration point from " + path + ": " + reason   (none, or data)
     /// and then has no library loaded. "(null)" stands where the loader gives no reason.
     void Initialize() override;
 

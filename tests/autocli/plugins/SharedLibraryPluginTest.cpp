@@ -2,6 +2,7 @@
 #include <sys/stat.h>
 
 #include <exception>
+#include <filesystem>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -132,6 +133,26 @@ TEST(SharedLibraryPlugin, NullStandsWhereTheLoaderHasNoReason) {
     EXPECT_EQ("Unable to get plugin registration point from " + path + ": (null)",
               InitializeFailure(path));
     EXPECT_FALSE(IsLoaded(path));
+}
+
+TEST(SharedLibraryPlugin, EntryPointThatIsDataIsToldAndNotCalled) {
+    for (const std::string name :
+         {"DataEntryPoint", "ConstantEntryPoint", "ThreadEntryPoint", "ConstantAmongCode"}) {
+        const std::string path = TestPlugin(name);
+        EXPECT_EQ("Unable to get plugin registration point from " + path + ": " + path +
+                      ": symbol is no function: AutoCli_RegisterNamespaces",
+                  InitializeFailure(path));
+        EXPECT_FALSE(IsLoaded(path)) << name;
+    }
+}
+
+TEST(SharedLibraryPlugin, WorkingDirectoryThatTheLibraryChangesIsRestored) {
+    const std::filesystem::path before = std::filesystem::current_path();
+    ASSERT_NE("/", before);
+    Load("ChangesDirectoryEarly");
+    EXPECT_EQ(before, std::filesystem::current_path());
+    Load("ChangesDirectoryLate")->RegisterNamespaces(RootNamespace::New(nullptr));
+    EXPECT_EQ(before, std::filesystem::current_path());
 }
 
 TEST(SharedLibraryPlugin, RegistersNothingWithoutInitialize) {

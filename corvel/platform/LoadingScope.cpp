@@ -1,0 +1,81 @@
+#include "corvel/platform/LoadingScope.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cstddef>
+#include <cstdlib>
+#include <filesystem>
+#include <system_error>
+
+#include "corvel/platform/FileDescriptor.h"
+#include "corvel/platform/StandardStreams.h"
+
+namespace Corvel::Platform {
+
+namespace {
+
+/// Empty when it cannot be told.
+std::string WorkingDirectory() {
+    std::error_code failure;
+    return std::filesystem::current_path(failure);
+}
+
+bool IsOpen(int descriptor) {
+    return fcntl(descriptor, F_GETFD) != -1;
+}
+
+/// Puts the null device in the place of a standard stream.
+void ReplaceStandardStream(int stream) {
+    // Children inherit standard streams.
+    // NOLINTNEXTLINE(android-cloexec-open)
+    FileDescriptor null(open("/dev/null", stream == STDERR_FILENO ? O_WRONLY : O_RDONLY));
+    if (null.Get() == stream) {
+        static_cast<void>(null.Release());
+    } else if (null.IsOpen()) {
+        dup2(null.Get(), stream);
+    }
+}
+
+}  // namespace
+
+LoadingScope* LoadingScope::sCurrent = nullptr;
+
+LoadingScope::LoadingScope(const std::string& path)
+    : _path(path),
+      _workingDirectory(WorkingDirectory()),
+      _openStreams{IsOpen(STDIN_FILENO), IsOpen(STDOUT_FILENO), IsOpen(STDERR_FILENO)},
+      _process(getpid()),
+      _thread(pthread_self()),
+      _outer(sCurrent) {
+    // Once in the process, before any library can register functions of its own, which run earlier.
+    [[maybe_unused]] static const bool registered =
+        std::atexit(&RefuseToSucceed) == 0 && std::at_quick_exit(&RefuseToSucceed) == 0;
+    sCurrent = this;
+}
+
+LoadingScope::~LoadingScope() {
+    sCurrent = _outer;
+    if (!_workingDirectory.empty() && WorkingDirectory() != _workingDirectory) {
+        // By its name: the library may have closed a descriptor that we kept for it.
+        std::error_code failure;
+        std::filesystem::current_path(_workingDirectory, failure);
+    }
+    for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {
+        if (_openStreams[static_cast<std::size_t>(stream)] && !IsOpen(stream)) {
+            ReplaceStandardStream(stream);
+        }
+    }
+}
+
+void LoadingScope::RefuseToSucceed() {
+    const LoadingScope* const scope = sCurrent;
+    if (scope == nullptr || scope->_process != getpid() ||
+        pthread_equal(scope->_thread, pthread_self()) == 0) {
+        return;
+    }
+    WriteErrorLines("Unable to load plugin from " + scope->_path + ": it ended the process\n");
+    _exit(EXIT_FAILURE);
+}
+
+}  // namespace Corvel::Platform

@@ -1,0 +1,4 @@
+/// What should be a function is data: a variable, a constant (KIND is const), or a variable of each
+/// thread (KIND is thread_local).
+extern "C" __attribute__((visibility("default"))) KIND int AutoCli_RegisterNamespaces;
+KIND int AutoCli_RegisterNamespaces = 1;
