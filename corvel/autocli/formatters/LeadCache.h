@@ -18,6 +18,12 @@ namespace Corvel::AutoCli {
 /// Lifetime: no name may change or end its life while the cache is used.
 class LeadCache {
 public:
+    /// A place for the first of several texts. Structures that share their names have them at the
+    /// same addresses, so that the same place serves all of them.
+    static std::size_t PlaceOf(const std::string& firstName) {
+        return reinterpret_cast<std::uintptr_t>(&firstName) / alignof(std::max_align_t);
+    }
+
     /// @param place    where it is remembered; should differ for texts that are needed in turn.
     /// @param variant  tells the texts for one name apart, for example by level.
     /// @param make     called with a TextBuffer to append the text to.

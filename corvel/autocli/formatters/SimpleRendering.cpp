@@ -14,6 +14,7 @@
 
 #include "corvel/autocli/formatters/FieldStyle.h"
 #include "corvel/autocli/formatters/FormatParameters.h"
+#include "corvel/autocli/formatters/LeadCache.h"
 #include "corvel/autocli/formatters/OutputBuffer.h"
 #include "corvel/autocli/formatters/TextRendering.h"
 #include "corvel/autocli/formatters/ValueWalk.h"
@@ -32,6 +33,7 @@ namespace {
 
 constexpr std::string_view kNoHeader = "<NONE>";
 constexpr std::string_view kFieldIndent = "   ";
+constexpr std::string_view kNameEnd = ": ";
 /// How much deeper a nested value stands than its structure, and an item than its list.
 constexpr int kNestedLevels = 2;
 constexpr int kItemLevels = 1;
@@ -64,23 +66,24 @@ public:
         return _fieldNames ? &*_fieldNames : nullptr;
     }
 
-    std::string Header(const MetaStruct& structure) const {
-        if (!_headerTag.empty()) {
-            const ValueView field = MetaObj::StructView(structure).Find(_headerTag);
-            if (field.kind != ValueKind::Null) {
-                TextBuffer text;
-                AppendValue(text, field);
-                return boost::replace_all_copy(_header, "%" + _headerTag + "%", text.View());
-            }
+    /// The header with its tag.
+    const std::string& Header() const { return _header; }
+    bool HasHeaderTag() const { return !_headerTag.empty(); }
+
+    /// The header with the value of a field in the place of its tag.
+    std::string HeaderOf(const MetaObj::StructView& fields) const {
+        const ValueView field = fields.Find(_headerTag);
+        if (field.kind == ValueKind::Null) {
+            return _header;
         }
-        return _header;
+        TextBuffer text;
+        AppendValue(text, field);
+        return boost::replace_all_copy(_header, "%" + _headerTag + "%", text.View());
     }
 
+    /// Whether a field of the type may be rendered other than as it is.
+    bool HasStyles() const { return _hasStyles; }
     const FieldStyle& StyleOf(const std::string& fieldName) {
-        static const FieldStyle plain;
-        if (!_hasStyles) {
-            return plain;
-        }
         const auto found = _styles.find(fieldName);
         return found != _styles.end()
                    ? found->second
@@ -165,19 +168,22 @@ private:
 
     void BeginStruct(const MetaStruct& structure, int level) {
         TypePlan& plan = PlanOf(structure.GetTypeName());
-        const std::string header = plan.Header(structure);
-        if (header != kNoHeader) {
-            AppendIndent(_out, level);
-            _out += header;
-            _out += ":\n";
-        }
         OpenStruct open{MetaObj::StructView(structure), plan, level};
+        AppendHeader(plan.HasHeaderTag() ? plan.HeaderOf(open.fields) : plan.Header(), level);
         if (_alignsFields) {
             for (std::size_t i = 0; i < open.Count(); ++i) {
                 open.nameWidth = std::max(open.nameWidth, open.Name(i).size());
             }
         }
         _open.emplace_back(std::move(open));
+    }
+
+    void AppendHeader(const std::string& header, int level) {
+        if (header != kNoHeader) {
+            AppendIndent(_out, level);
+            _out += header;
+            _out += ":\n";
+        }
     }
 
     void BeginList(const ValueView& value, int level) {
@@ -191,20 +197,18 @@ private:
 
     /// Goes on to the next nested value, which then is what is open last, or closes the structure.
     void Continue(OpenStruct& open) {
-        while (open.next < open.Count()) {
-            const std::string& name = open.Name(open.next);
-            const ValueView value = open.Value(open.next);
-            ++open.next;
+        const std::size_t count = open.Count();
+        while (open.next < count) {
+            const std::size_t i = open.next++;
+            const std::string& name = open.Name(i);
+            const ValueView value = open.Value(i);
             if (value.kind == ValueKind::Null) {
                 _out += "Error getting field ";
                 _out += name;
                 _out += '\n';
                 break;
             }
-            AppendIndent(_out, open.level);
-            _out += kFieldIndent;
-            AppendPadded(_out, name, open.nameWidth);
-            _out += ": ";
+            AppendName(open, i);
             if (value.type == MetaType::Struct || value.type == MetaType::List) {
                 if (value.type == MetaType::Struct) {
                     _out += '\n';
@@ -212,10 +216,31 @@ private:
                 Begin(value, open.level + kNestedLevels);
                 return;
             }
-            open.plan.StyleOf(name).Append(_out, value);
+            if (open.plan.HasStyles()) {
+                open.plan.StyleOf(name).Append(_out, value);
+            } else {
+                AppendValue(_out, value);
+            }
             _out += '\n';
         }
         _open.pop_back();
+    }
+
+    void AppendName(const OpenStruct& open, std::size_t i) {
+        const std::string& name = open.Name(i);
+        const std::size_t place = LeadCache::PlaceOf(open.Name(0)) + i;
+        _leads.Append(_out, place, open.level, name, [&](TextBuffer& lead) {
+            AppendIndent(lead, open.level);
+            lead += kFieldIndent;
+            lead += name;
+            if (!_alignsFields) {
+                lead += kNameEnd;
+            }
+        });
+        if (_alignsFields) {
+            _out.Fill(open.nameWidth - name.size(), ' ');
+            _out += kNameEnd;
+        }
     }
 
     /// Goes on to the next item, or closes the list.
@@ -255,6 +280,7 @@ private:
     std::map<std::string, TypePlan> _plans;  // by type name
     TypePlan* _recentPlan = nullptr;
     std::vector<std::variant<OpenStruct, OpenList>> _open;
+    LeadCache _leads;
     OutputBuffer _out;
 };
 

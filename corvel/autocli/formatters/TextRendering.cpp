@@ -56,28 +56,13 @@ void AppendPadded(TextBuffer& out, std::string_view text, std::size_t width) {
     }
 }
 
-void AppendValue(TextBuffer& out, const MetaObj::ValueView& value) {
-    switch (value.kind) {
-        case ValueKind::Null:
-            break;
-        case ValueKind::Bool:
-            out += value.boolean ? "true" : "false";
-            break;
-        case ValueKind::Int:
-            AppendInteger(out, value.integer);
-            break;
-        case ValueKind::String:
-            out += value.text;
-            break;
-        case ValueKind::Struct:
-            out += value.structure->ToString();
-            break;
-        case ValueKind::List:
-            out += value.list->ToString();
-            break;
-        case ValueKind::Mismatch:
-            out += value.object->ToString();
-            break;
+void AppendOther(TextBuffer& out, const MetaObj::ValueView& value) {
+    if (value.kind == ValueKind::Struct) {
+        out += value.structure->ToString();
+    } else if (value.kind == ValueKind::List) {
+        out += value.list->ToString();
+    } else if (value.kind == ValueKind::Mismatch) {
+        out += value.object->ToString();
     }
 }
 

@@ -17,9 +17,6 @@ void AppendIndent(TextBuffer& out, int level);
 /// The text, and blanks up to `width` bytes.
 void AppendPadded(TextBuffer& out, std::string_view text, std::size_t width);
 
-/// The value's ToString() text; nothing for the kind Null.
-void AppendValue(TextBuffer& out, const MetaObj::ValueView& value);
-
 /// One of two words.
 inline void AppendBool(TextBuffer& out, bool value, std::string_view yes, std::string_view no) {
     if (value) {
@@ -32,6 +29,32 @@ inline void AppendBool(TextBuffer& out, bool value, std::string_view yes, std::s
 /// A number in decimal.
 inline void AppendInteger(TextBuffer& out, long value) {
     out.EndAt(PutDecimal(out.Room(kMostDecimal), value));
+}
+
+/// A text that is short as a rule.
+inline void AppendShort(TextBuffer& out, std::string_view text) {
+    out.EndAt(PutShort(out.Room(text.size()), text));
+}
+
+/// The ToString() text of anything but a scalar.
+void AppendOther(TextBuffer& out, const MetaObj::ValueView& value);
+
+/// The value's ToString() text; nothing for the kind Null.
+inline void AppendValue(TextBuffer& out, const MetaObj::ValueView& value) {
+    switch (value.kind) {
+        case MetaObj::ValueKind::Bool:
+            AppendBool(out, value.boolean, "true", "false");
+            break;
+        case MetaObj::ValueKind::Int:
+            AppendInteger(out, value.integer);
+            break;
+        case MetaObj::ValueKind::String:
+            AppendShort(out, value.text);
+            break;
+        default:
+            AppendOther(out, value);
+            break;
+    }
 }
 
 /// How AppendFitted() lays a text out.

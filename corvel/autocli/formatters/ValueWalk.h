@@ -1,12 +1,12 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string_view>
 #include <vector>
 
+#include "corvel/autocli/formatters/LeadCache.h"
 #include "corvel/metaobj/MetaList.h"
 #include "corvel/metaobj/MetaObject.h"
 #include "corvel/metaobj/MetaStruct.h"
@@ -87,12 +87,13 @@ private:
     /// is only for such a child that a structure or list is left and come back to.
     void Continue(Container& container, const MetaObj::StructView& fields) {
         const std::size_t count = fields.Count();
+        const std::size_t place = count == 0 ? 0 : LeadCache::PlaceOf(fields.Name(0));
         if (container.next > 0) {
             _writer.EndField(container.next == count);
         }
         while (container.next < count) {
             const std::size_t i = container.next++;
-            const FieldPlace field{fields.Name(i), PlaceOf(fields) + i, container.next == count};
+            const FieldPlace field{fields.Name(i), place + i, container.next == count};
             const MetaObj::ValueView value = fields.Value(i);
             if (IsContainer(value)) {
                 _writer.BeginField(field);
@@ -122,11 +123,6 @@ private:
         }
         _writer.CloseList();
         _open.pop_back();
-    }
-
-    /// Structures that share their names have them at the same addresses.
-    static std::size_t PlaceOf(const MetaObj::StructView& fields) {
-        return reinterpret_cast<std::uintptr_t>(&fields.Name(0)) / alignof(std::max_align_t);
     }
 
     Writer& _writer;
