@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <utility>
 
-#include "corvel/metaobj/MetaStructLayout.h"
+#include "corvel/metaobj/FieldExtras.h"
+#include "corvel/metaobj/FieldLayout.h"
+#include "corvel/metaobj/FieldSlot.h"
 #include "corvel/metaobj/NullText.h"
 #include "corvel/metaobj/ReleaseScope.h"
 #include "corvel/metaobj/StructureComparison.h"
@@ -13,6 +15,11 @@
 namespace Corvel::MetaObj {
 
 namespace {
+
+constexpr std::size_t kNoSlot = FieldLayout::kNoSlot;
+
+// How many slots of absent fields a structure puts up with, beside two for each field that it has.
+constexpr std::size_t kAbsentFieldsKept = 16;
 
 // Made on first use, because other libraries may ask before our initialisers have run.
 const std::string& DocEmpty() {
@@ -58,28 +65,33 @@ MetaStruct::MetaStruct(FactoryFlag flag, std::string&& typeName)
     if (!IsValidStructName(typeName)) {
         throw CorvelException("Invalid name specified for MetaStruct: " + typeName);
     }
-    _layout = std::make_shared<Layout>();
-    _typeName = std::make_shared<const std::string>(std::move(typeName));
+    _layout =
+        std::make_shared<FieldLayout>(std::make_shared<const std::string>(std::move(typeName)));
 }
 
 MetaStruct::MetaStruct(FactoryFlag flag, const std::shared_ptr<MetaStruct>& definition)
-    : MetaObject(flag, MetaType::Struct),
-      _definition(definition),
-      _typeName(definition->_typeName) {
+    : MetaObject(flag, MetaType::Struct), _definition(definition) {
     definition->LockStructure();
     definition->FinishLayout();
     _layout = definition->_layout;
-    _values.resize(_layout->slots.size());
 }
 
+MetaStruct::MetaStruct(FactoryFlag flag, std::shared_ptr<FieldLayout> layout)
+    : MetaObject(flag, MetaType::Struct), _layout(std::move(layout)) {}
+
 MetaStruct::~MetaStruct() {
+    const std::unique_ptr<FieldExtras> extras(_extras.load(std::memory_order_relaxed));
     ReleaseScope scope;
-    scope.Release(_values);
+    for (FieldSlot& slot : _slots) {
+        if (slot.IsReference()) {
+            scope.Release(slot.TakeReference());
+        }
+    }
     scope.Release(std::move(_definition));
 }
 
 const std::string& MetaStruct::GetTypeName() const {
-    return *_typeName;
+    return *_layout->TypeName();
 }
 
 bool MetaStruct::HasStructureDefinition() const {
@@ -103,44 +115,59 @@ void MetaStruct::LockStructure() {
 
 // The layout of a definition holds exactly its fields, so that all it makes can share the layout.
 void MetaStruct::FinishLayout() {
-    if (_fieldCount != _layout->slots.size()) {
-        DropAbsentNames();
+    if (_fieldCount != _layout->Size()) {
+        TakeOwnLayout();
     }
-    if (_layout->entries.size() != _fieldCount) {
-        _layout->entries.reserve(_fieldCount);
-        for (const auto& [name, slot] : _layout->slots) {
-            _layout->entries.push_back({&name, slot});
-        }
-    }
+    _layout->Finish();
 }
 
-// Moves the fields to a layout of their own, without the names of removed fields.
-void MetaStruct::DropAbsentNames() {
-    auto layout = std::make_shared<Layout>();
-    std::vector<std::shared_ptr<MetaObject>> values;
-    std::vector<std::string> documentation;
-    values.reserve(_fieldCount);
-    for (const auto& [name, slot] : _layout->slots) {
-        if (_values[slot] == nullptr) {
-            continue;
-        }
-        layout->slots.emplace_hint(layout->slots.end(), name, values.size());
-        values.push_back(_values[slot]);
-        if (!_documentation.empty()) {
-            documentation.push_back(DocumentationAt(slot));
+// Moves the fields to a layout of their own, in which none is absent. They keep their order there.
+void MetaStruct::TakeOwnLayout() {
+    auto layout = std::make_shared<FieldLayout>(_layout->TypeName());
+    for (std::size_t slot = 0; slot < _slots.size(); ++slot) {
+        if (HasValue(slot)) {
+            layout->Add(_layout->Name(slot));
         }
     }
+    // Nothing fails from here on.
+    FieldExtras* const extras = _extras.load(std::memory_order_relaxed);
+    std::size_t to = 0;
+    for (std::size_t from = 0; from < _slots.size(); ++from) {
+        if (!HasValue(from)) {
+            continue;
+        }
+        if (to != from) {
+            _slots[to] = std::move(_slots[from]);
+            if (extras != nullptr) {
+                extras->Move(from, to);
+            }
+        }
+        ++to;
+    }
+    _slots.resize(to);
     _layout = std::move(layout);
-    _values = std::move(values);
-    _documentation = std::move(documentation);
+}
+
+bool MetaStruct::HasValue(std::size_t slot) const {
+    return slot < _slots.size() && !_slots[slot].IsAbsent();
+}
+
+std::size_t MetaStruct::FindSlot(std::string_view name) const {
+    const std::size_t slot = _layout->Find(name);
+    return HasValue(slot) ? slot : kNoSlot;
+}
+
+const FieldSlot* MetaStruct::FindField(std::string_view name) const {
+    const std::size_t slot = FindSlot(name);
+    return slot == kNoSlot ? nullptr : &_slots[slot];
 }
 
 bool MetaStruct::HasField(const char* name) const {
-    return HasField(std::string(TextOrEmpty(name)));
+    return FindField(TextOrEmpty(name)) != nullptr;
 }
 
 bool MetaStruct::HasField(const std::string& name) const {
-    return FindSlot(name).has_value();
+    return FindField(name) != nullptr;
 }
 
 std::shared_ptr<MetaObject> MetaStruct::GetField(const char* name) const {
@@ -148,8 +175,39 @@ std::shared_ptr<MetaObject> MetaStruct::GetField(const char* name) const {
 }
 
 std::shared_ptr<MetaObject> MetaStruct::GetField(const std::string& name) const {
-    const std::optional<std::size_t> slot = FindSlot(name);
-    return slot ? _values[*slot] : nullptr;
+    const std::size_t slot = FindSlot(name);
+    return slot == kNoSlot ? nullptr : ReferenceAt(slot);
+}
+
+// A value that is made here is kept, so that whoever asks again gets the same. The slot itself stays
+// as it is, because other threads may be reading it.
+std::shared_ptr<MetaObject> MetaStruct::ReferenceAt(std::size_t slot) const {
+    const FieldSlot& field = _slots[slot];
+    if (field.IsReference()) {
+        return field.Reference();
+    }
+    if (const FieldExtras* extras = _extras.load(std::memory_order_acquire)) {
+        if (std::shared_ptr<MetaObject> kept = extras->Kept(slot)) {
+            return kept;
+        }
+    }
+    std::shared_ptr<MetaObject> made = field.MakeReference();
+    if (made.use_count() > 1) {
+        return made;  // one of those that everybody shares: it will be the same next time
+    }
+    return Extras().Keep(slot, std::move(made));
+}
+
+// Makes them on first use. Several threads may be the first.
+FieldExtras& MetaStruct::Extras() const {
+    FieldExtras* extras = _extras.load(std::memory_order_acquire);
+    if (extras == nullptr) {
+        auto made = std::make_unique<FieldExtras>();
+        if (_extras.compare_exchange_strong(extras, made.get(), std::memory_order_acq_rel)) {
+            extras = made.release();
+        }
+    }
+    return *extras;
 }
 
 MetaType MetaStruct::GetFieldType(const char* name) const {
@@ -157,11 +215,11 @@ MetaType MetaStruct::GetFieldType(const char* name) const {
 }
 
 MetaType MetaStruct::GetFieldType(const std::string& name) const {
-    const std::optional<std::size_t> slot = FindSlot(name);
-    if (!slot) {
+    const FieldSlot* const field = FindField(name);
+    if (field == nullptr) {
         throw 1;  // Deliberate: whoever catches CorvelException does not catch this.
     }
-    return _values[*slot]->GetType();
+    return field->Type();
 }
 
 const std::string& MetaStruct::GetFieldDocumentation(const char* name) const {
@@ -169,11 +227,13 @@ const std::string& MetaStruct::GetFieldDocumentation(const char* name) const {
 }
 
 const std::string& MetaStruct::GetFieldDocumentation(const std::string& name) const {
-    const std::optional<std::size_t> slot = FindSlot(name);
-    if (!slot) {
-        throw CorvelException("Field " + name + " is not present in the structure " + *_typeName);
+    const std::size_t slot = FindSlot(name);
+    if (slot == kNoSlot) {
+        throw CorvelException("Field " + name + " is not present in the structure " +
+                              GetTypeName());
     }
-    const std::string& documentation = DocumentationAt(*slot);
+    const FieldExtras* const extras = _extras.load(std::memory_order_acquire);
+    const std::string& documentation = extras == nullptr ? DocEmpty() : extras->Documentation(slot);
     return documentation.empty() ? DocMissing() : documentation;
 }
 
@@ -195,91 +255,101 @@ void MetaStruct::RemoveField(const std::string& name) {
     if (_locked) {
         throw CorvelException("Structure is locked, unable to remove fields");
     }
-    const std::optional<std::size_t> slot = FindSlot(name);
-    if (!slot) {
+    const std::size_t slot = FindSlot(name);
+    if (slot == kNoSlot) {
         return;
     }
-    if (*slot < _documentation.size()) {
-        _documentation[*slot].clear();
+    if (FieldExtras* const extras = _extras.load(std::memory_order_relaxed)) {
+        extras->Clear(slot);
     }
     --_fieldCount;
-    _values[*slot].reset();
+    _slots[slot] = FieldSlot();
 }
 
-void MetaStruct::SetField(const std::string& name,
-                          std::shared_ptr<MetaObject> value,
-                          const std::string& documentation) {
-    if (value == nullptr) {
-        throw CorvelException("Invalid NULL value was assigned to the field " + name +
-                              " in the structure " + *_typeName);
-    }
-    if (!IsValidFieldName(name)) {
-        throw CorvelException("Unable to set new field " + name + " on structure " + *_typeName +
-                              ", because the field name contains invalid character. Can only be "
-                              "alphanumeric characters and '_'");
+void MetaStruct::Set(std::string_view name, FieldSlot&& value) {
+    // Whoever sets the fields in the order of the layout is going to set the first absent one.
+    Set(name, std::move(value), {}, _fieldCount);
+}
+
+// What all setters end in. @return the slot of the field.
+std::size_t MetaStruct::Set(std::string_view name,
+                            FieldSlot&& value,
+                            std::string_view documentation,
+                            std::size_t likelySlot) {
+    if (value.IsAbsent()) {
+        throw CorvelException("Invalid NULL value was assigned to the field " + std::string(name) +
+                              " in the structure " + GetTypeName());
     }
     // A copy, and made first: the text may be that of another field, which SlotFor may move.
-    Field field(std::move(value), documentation);
-    Store(SlotFor(name), std::move(field));
-}
-
-// Where the field is, or may now be put.
-std::size_t MetaStruct::SlotFor(const std::string& name) {
-    const auto found = _layout->slots.find(name);
-    const bool isInLayout = found != _layout->slots.end();
-    if (_locked) {
-        if (!isInLayout || _values[found->second] == nullptr) {
-            throw CorvelException("Unable to set new field " + name +
-                                  " on structure. Structure has been locked");
-        }
-        return found->second;
+    std::string ownDocumentation(documentation);
+    const std::size_t slot = SlotFor(name, likelySlot);
+    MakeRoom(slot);
+    FieldExtras* extras = _extras.load(std::memory_order_relaxed);
+    if (!ownDocumentation.empty()) {
+        extras = &Extras();
+        extras->ReserveDocumentation(slot);
     }
-    if (isInLayout) {
-        return found->second;
+    // Nothing fails from here on.
+    if (extras != nullptr) {
+        extras->SetDocumentation(slot, std::move(ownDocumentation));
+        extras->DropReference(slot);
     }
-    // An unlocked structure has the layout of its definition.
-    if (_definition != nullptr) {
-        throw CorvelException("Unable to set new field " + name +
-                              " on structure.  The field does not match the Structure definition "
-                              "for this MetaStruct.");
+    if (_slots[slot].IsAbsent()) {
+        ++_fieldCount;
     }
-    return AddSlot(name);
-}
-
-// Only a structure without definition gets here, and it shares its layout with no other: sharing
-// begins when it becomes a definition, which locks it.
-std::size_t MetaStruct::AddSlot(const std::string& name) {
-    constexpr std::size_t kAbsentNamesKept = 16;
-    if (_layout->slots.size() > 2 * _fieldCount + kAbsentNamesKept) {
-        DropAbsentNames();
-    }
-    const std::size_t slot = _layout->slots.size();
-    _values.resize(slot + 1);
-    _layout->slots.emplace(name, slot);
+    _slots[slot] = std::move(value);
     return slot;
 }
 
-void MetaStruct::Store(std::size_t slot, Field&& field) {
-    if (slot < _documentation.size() || !field.documentation.empty()) {
-        _documentation.resize(std::max(_documentation.size(), slot + 1));
-        _documentation[slot] = std::move(field.documentation);
+// Where the field is, or may now be put.
+std::size_t MetaStruct::SlotFor(std::string_view name, std::size_t likelySlot) {
+    const std::size_t slot = _layout->Find(name, likelySlot);
+    if (slot == kNoSlot && !IsValidFieldName(std::string(name))) {
+        throw CorvelException("Unable to set new field " + std::string(name) + " on structure " +
+                              GetTypeName() +
+                              ", because the field name contains invalid character. Can only be "
+                              "alphanumeric characters and '_'");
     }
-    if (_values[slot] == nullptr) {
-        ++_fieldCount;
+    if (_locked) {
+        if (!HasValue(slot)) {
+            throw CorvelException("Unable to set new field " + std::string(name) +
+                                  " on structure. Structure has been locked");
+        }
+        return slot;
     }
-    _values[slot] = std::move(field.value);
+    // An unlocked structure has the layout of its definition.
+    if (_definition != nullptr) {
+        if (slot == kNoSlot) {
+            throw CorvelException("Unable to set new field " + std::string(name) +
+                                  " on structure.  The field does not match the Structure "
+                                  "definition for this MetaStruct.");
+        }
+        return slot;
+    }
+    // Room up to a far slot is not worth while for a structure that only begins like another.
+    const bool isFar = slot >= _slots.size() && slot > 2 * _fieldCount + kAbsentFieldsKept;
+    return slot == kNoSlot || isFar ? AddSlot(name) : slot;
 }
 
-std::optional<std::size_t> MetaStruct::FindSlot(std::string_view name) const {
-    const auto found = _layout->slots.find(name);
-    if (found == _layout->slots.end() || _values[found->second] == nullptr) {
-        return std::nullopt;
+// Only a structure without definition gets here.
+std::size_t MetaStruct::AddSlot(std::string_view name) {
+    if (_layout->IsFinished() || _layout->Size() > 2 * _fieldCount + kAbsentFieldsKept) {
+        TakeOwnLayout();
     }
-    return found->second;
+    return _layout->Add(name);
 }
 
-const std::string& MetaStruct::DocumentationAt(std::size_t slot) const {
-    return slot < _documentation.size() ? _documentation[slot] : DocEmpty();
+// A structure that shares its layout is going to have most of the fields, so small ones get their
+// room at once; others grow as vectors do.
+void MetaStruct::MakeRoom(std::size_t slot) {
+    if (slot < _slots.size()) {
+        return;
+    }
+    if (slot >= _slots.capacity() && _layout->IsFinished()) {
+        const std::size_t wanted = std::max({slot + 1, 2 * _slots.size(), kAbsentFieldsKept});
+        _slots.reserve(std::min(wanted, _layout->Size()));
+    }
+    _slots.resize(slot + 1);
 }
 
 std::string MetaStruct::ToString() const {

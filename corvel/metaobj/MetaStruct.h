@@ -1,10 +1,10 @@
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <list>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,6 +17,9 @@
 
 namespace Corvel::MetaObj {
 
+class FieldExtras;
+class FieldLayout;
+class FieldSlot;
 class MetaBool;
 class MetaInt;
 class MetaList;
@@ -52,6 +55,8 @@ public:
 
     MetaStruct(FactoryFlag flag, std::string&& typeName);
     MetaStruct(FactoryFlag flag, const std::shared_ptr<MetaStruct>& definition);
+    /// For the library itself: outside, there are no layouts.
+    MetaStruct(FactoryFlag flag, std::shared_ptr<FieldLayout> layout);
     ~MetaStruct();
 
     const std::string& GetTypeName() const;
@@ -172,25 +177,33 @@ public:
     static const std::string& _docMissingStaticString;
 
 private:
+    friend class StructFilling;
     friend class StructView;
     friend class StructureComparison;
-    struct Layout;
 
-    std::optional<std::size_t> FindSlot(std::string_view name) const;
-    const std::string& DocumentationAt(std::size_t slot) const;
-    std::size_t SlotFor(const std::string& name);
-    std::size_t AddSlot(const std::string& name);
-    void Store(std::size_t slot, Field&& field);
-    void DropAbsentNames();
+    bool HasValue(std::size_t slot) const;
+    std::size_t FindSlot(std::string_view name) const;
+    const FieldSlot* FindField(std::string_view name) const;
+    std::shared_ptr<MetaObject> ReferenceAt(std::size_t slot) const;
+    FieldExtras& Extras() const;
+
+    void Set(std::string_view name, FieldSlot&& value);
+    std::size_t Set(std::string_view name,
+                    FieldSlot&& value,
+                    std::string_view documentation,
+                    std::size_t likelySlot);
+    std::size_t SlotFor(std::string_view name, std::size_t likelySlot);
+    std::size_t AddSlot(std::string_view name);
+    void MakeRoom(std::size_t slot);
+    void TakeOwnLayout();
     void FinishLayout();
 
-    std::shared_ptr<Layout> _layout;                   // the names; never changed while shared
-    std::vector<std::shared_ptr<MetaObject>> _values;  // by slot; null where the field is absent
-    std::vector<std::string> _documentation;           // by slot; ends before undocumented ones
-    std::size_t _fieldCount = 0;                       // how many values are not null
-    std::shared_ptr<MetaStruct> _definition;
-    std::shared_ptr<const std::string> _typeName;
     bool _locked = false;
+    std::shared_ptr<FieldLayout> _layout;
+    std::vector<FieldSlot> _slots;  // by slot of the layout; may end before absent fields
+    std::size_t _fieldCount = 0;    // how many of them are not absent
+    std::shared_ptr<MetaStruct> _definition;
+    mutable std::atomic<FieldExtras*> _extras{nullptr};  // owned; most structures have none
 };
 
 }  // namespace Corvel::MetaObj

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -38,7 +39,10 @@ public:
     const std::shared_ptr<MetaStruct>& GetStructure() const { return _structure; }
 
 private:
+    void Set(std::string_view name, FieldSlot&& value);
+
     std::shared_ptr<MetaStruct> _structure;
+    std::size_t _next = 0;  // the slot after the one that was set last
 };
 
 }  // namespace Corvel::MetaObj

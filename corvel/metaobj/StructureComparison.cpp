@@ -2,6 +2,9 @@
 
 #include <utility>
 
+#include "corvel/metaobj/FieldLayout.h"
+#include "corvel/metaobj/FieldSlot.h"
+
 namespace Corvel::MetaObj {
 
 bool StructureComparison::Compare(const MetaStruct& reference, const MetaObject* candidate) {
@@ -33,38 +36,58 @@ StructureComparison::Outcome StructureComparison::CompareField() {
     if (pair.field == pair.fields.Count()) {
         return Close(pair.isSameCount);
     }
-    const Reference& found = FindCandidate(pair);
-    if (found == nullptr) {
+    const std::size_t found = FindCandidate(pair);
+    if (found == StructView::kNoSlot) {
         Report("Missing field in input: " + pair.fields.Name(pair.field));
         return Close(false);
     }
-    const MetaObject& expected = *pair.fields.Reference(pair.field);
-    if (expected.GetType() != found->GetType()) {
+    const ValueView expected = pair.fields.Value(pair.field);
+    const FieldSlot& candidate = pair.candidate->_slots[found];
+    if (expected.type != candidate.Type()) {
         return Outcome::Different;
     }
-    return Begin(expected, found);
+    switch (expected.kind) {
+        case ValueKind::Struct:
+            return BeginStruct(*expected.structure, candidate.Reference().get());
+        case ValueKind::List:
+            return BeginList(*expected.list, candidate.Reference().get());
+        case ValueKind::Mismatch:
+            return expected.object->IsSameStructure(pair.candidate->ReferenceAt(found), _errors)
+                       ? Outcome::Same
+                       : Outcome::Different;
+        default:
+            return Outcome::Same;
+    }
 }
 
-const StructureComparison::Reference& StructureComparison::FindCandidate(const Pair& pair) {
-    static const Reference sMissing;
+std::size_t StructureComparison::FindCandidate(const Pair& pair) {
     const MetaStruct& candidate = *pair.candidate;
     if (pair.reference->_layout == candidate._layout) {
-        return candidate._values[pair.fields.Slot(pair.field)];
+        const std::size_t slot = pair.fields.Slot(pair.field);
+        return candidate.HasValue(slot) ? slot : StructView::kNoSlot;
     }
-    const std::optional<std::size_t> slot = candidate.FindSlot(pair.fields.Name(pair.field));
-    return slot ? candidate._values[*slot] : sMissing;
+    return candidate.FindSlot(pair.fields.Name(pair.field));
 }
 
-StructureComparison::Outcome StructureComparison::Begin(const MetaObject& reference,
-                                                        const Reference& candidate) {
-    const ValueView view = View(&reference);
-    if (view.kind == ValueKind::Struct) {
-        return BeginStruct(*view.structure, candidate.get());
+// Whether it is seen at a glance: one layout, and plain values of equal types.
+bool StructureComparison::IsPlainlySame(const MetaStruct& reference, const MetaStruct& candidate) {
+    if (reference._layout != candidate._layout || reference._fieldCount != candidate._fieldCount) {
+        return false;
     }
-    if (view.kind == ValueKind::List) {
-        return BeginList(*view.list, candidate.get());
+    for (std::size_t slot = 0; slot < reference._slots.size(); ++slot) {
+        const FieldSlot& expected = reference._slots[slot];
+        if (expected.IsAbsent()) {
+            continue;
+        }
+        if (!expected.IsPlain() || !candidate.HasValue(slot)) {
+            return false;
+        }
+        const FieldSlot& found = candidate._slots[slot];
+        if (!found.IsPlain() || found.Type() != expected.Type()) {
+            return false;
+        }
     }
-    return reference.IsSameStructure(candidate, _errors) ? Outcome::Same : Outcome::Different;
+    return true;
 }
 
 StructureComparison::Outcome StructureComparison::BeginStruct(const MetaStruct& reference,
@@ -86,6 +109,9 @@ StructureComparison::Outcome StructureComparison::BeginStruct(const MetaStruct& 
     if (structure == nullptr) {
         Report("Unable to cast to MetaStruct, runtime error?");
         return Outcome::Different;
+    }
+    if (IsPlainlySame(reference, *structure)) {
+        return Outcome::Same;
     }
     Open(reference, *structure, false);
     return Outcome::Pending;
@@ -119,8 +145,8 @@ StructureComparison::Outcome StructureComparison::BeginList(const MetaList& refe
 void StructureComparison::Open(const MetaStruct& reference,
                                const MetaStruct& candidate,
                                bool isListStructure) {
-    if (reference._typeName != candidate._typeName &&
-        *reference._typeName != *candidate._typeName) {
+    if (reference._layout != candidate._layout &&
+        reference.GetTypeName() != candidate.GetTypeName()) {
         Report("Type names do not match.");
     }
     const bool isSameCount = reference._fieldCount == candidate._fieldCount;

@@ -25,8 +25,6 @@ public:
     bool Compare(const MetaList& reference, const MetaObject* candidate);
 
 private:
-    using Reference = std::shared_ptr<MetaObject>;
-
     // A pair of structures whose fields are being compared.
     struct Pair {
         StructView fields;
@@ -39,14 +37,15 @@ private:
 
     // What is begun has an outcome at once, or opens a pair on which the outcome then depends.
     enum class Outcome { Pending, Same, Different };
-    Outcome Begin(const MetaObject& reference, const Reference& candidate);
     Outcome BeginStruct(const MetaStruct& reference, const MetaObject* candidate);
     Outcome BeginList(const MetaList& reference, const MetaObject* candidate);
     void Open(const MetaStruct& reference, const MetaStruct& candidate, bool isListStructure);
 
     bool Finish(Outcome outcome);
     Outcome CompareField();
-    static const Reference& FindCandidate(const Pair& pair);
+    // The slot of the current field in the candidate.
+    static std::size_t FindCandidate(const Pair& pair);
+    static bool IsPlainlySame(const MetaStruct& reference, const MetaStruct& candidate);
     Outcome Close(bool isSame);
     void Report(std::string_view message);
 

@@ -25,7 +25,7 @@ public:
     explicit TextWriter(std::string& text) : _text(text) {}
 
     void Write(const MetaObject& value) {
-        Begin(value);
+        Begin(View(&value));
         while (!_open.empty()) {
             if (_open.back().fields) {
                 GoOnInStruct(_open.back());
@@ -43,28 +43,28 @@ private:
         std::size_t next = 0;
     };
 
-    void Begin(const MetaObject& value) {
-        const ValueView view = View(&value);
-        switch (view.kind) {
+    void Begin(const ValueView& value) {
+        switch (value.kind) {
             case ValueKind::Bool:
-                _text += view.boolean ? "true" : "false";
+                _text += value.boolean ? "true" : "false";
                 break;
             case ValueKind::Int:
-                AppendInt(_text, view.integer);
+                AppendInt(_text, value.integer);
                 break;
             case ValueKind::String:
-                _text += view.text;
+                _text += value.text;
                 break;
             case ValueKind::Struct:
                 _text += '{';
-                _open.push_back({StructView(*view.structure)});
+                _open.push_back({StructView(*value.structure)});
                 break;
             case ValueKind::List:
-                _open.push_back({std::nullopt, view.list});
+                _open.push_back({std::nullopt, value.list});
                 break;
             case ValueKind::Mismatch:
-            case ValueKind::Null:  // containers hold no null
-                _text += value.ToString();
+                _text += value.object->ToString();
+                break;
+            case ValueKind::Null:  // there is none in containers
                 break;
         }
     }
@@ -80,7 +80,7 @@ private:
         }
         const std::size_t field = open.next++;
         _text.append("'").append(open.fields->Name(field)).append("' => '");
-        Begin(*open.fields->Reference(field));
+        Begin(open.fields->Value(field));
     }
 
     void GoOnInList(Container& open) {
@@ -93,7 +93,7 @@ private:
         if (item > 0) {
             _text += ", ";
         }
-        Begin(*items[item]);
+        Begin(View(items[item].get()));
     }
 
     std::string& _text;

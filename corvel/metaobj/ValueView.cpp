@@ -6,7 +6,6 @@
 #include "corvel/metaobj/MetaInt.h"
 #include "corvel/metaobj/MetaList.h"
 #include "corvel/metaobj/MetaString.h"
-#include "corvel/metaobj/MetaStructLayout.h"
 
 namespace Corvel::MetaObj {
 
@@ -65,46 +64,14 @@ ValueView View(const MetaObject* value) {
     return view;
 }
 
-StructView::StructView(const MetaStruct& structure)
-    : _structure(&structure), _count(structure._fieldCount) {
-    const MetaStruct::Layout& layout = *structure._layout;
-    if (layout.entries.size() == _count) {
-        _entries = layout.entries.data();
-        return;
-    }
+void StructView::Gather() {
     _gathered.reserve(_count);
-    for (const auto& [name, slot] : layout.slots) {
-        if (structure._values[slot] != nullptr) {
-            _gathered.push_back({&name, slot});
+    _layout->ForEach([this](const Entry& entry) {
+        if (_structure->HasValue(entry.slot)) {
+            _gathered.push_back(entry);
         }
-    }
+    });
     _entries = _gathered.data();
-}
-
-const std::shared_ptr<MetaObject>& StructView::Reference(std::size_t i) const {
-    return _structure->_values[_entries[i].slot];
-}
-
-ValueView StructView::Find(std::string_view name) const {
-    const std::optional<std::size_t> slot = _structure->FindSlot(name);
-    return View(slot ? _structure->_values[*slot].get() : nullptr);
-}
-
-std::size_t StructView::SlotCount() const {
-    return _structure->_layout->slots.size();
-}
-
-const void* StructView::LayoutIdentity() const {
-    return _structure->_layout.get();
-}
-
-std::size_t StructView::SlotOf(std::string_view name) const {
-    const auto found = _structure->_layout->slots.find(name);
-    return found == _structure->_layout->slots.end() ? kNoSlot : found->second;
-}
-
-ValueView StructView::ValueAt(std::size_t slot) const {
-    return View(slot < _structure->_values.size() ? _structure->_values[slot].get() : nullptr);
 }
 
 }  // namespace Corvel::MetaObj

@@ -11,6 +11,7 @@
 #include "corvel/metaobj/MetaList.h"
 #include "corvel/metaobj/MetaString.h"
 #include "corvel/metaobj/MetaStruct.h"
+#include "corvel/metaobj/StructFilling.h"
 #include "tests/metaobj/FailingAllocator.h"
 
 namespace Corvel::MetaObj {
@@ -111,6 +112,41 @@ TEST(AllocationFailure, FailedInstanceLeavesAUsableDefinition) {
     const auto instance = MetaStruct::New(definition);
     instance->SetField("b", 3);
     EXPECT_TRUE(instance->MatchesStructureDefinition());
+}
+
+TEST(AllocationFailure, FailedReferenceLeavesTheFieldUnchanged) {
+    const std::string text = "a text too long for the slot of a field";
+    const auto structure = MetaStruct::New("S");
+    structure->SetField("a", 1);
+    structure->SetField("b", text);
+    std::shared_ptr<MetaObject> value;
+    const int failures = FailEveryAllocation([&] { value = structure->GetField("b"); },
+                                             [&] { ASSERT_EQ(value, nullptr); });
+    EXPECT_GE(failures, 3);
+    EXPECT_EQ(value->ToString(), text);
+    EXPECT_EQ(structure->GetField("b"), value);
+}
+
+TEST(AllocationFailure, FailedNameOfItsOwnLeavesAFilledStructureUnchanged) {
+    const std::string text = "a text too long for the slot of a field";
+    const std::string name = "a new field with a name too long for a short string";
+    StructFilling first("S");
+    first.SetInt("a", 1);
+    first.SetInt("b", 2);
+    first.SetText("c", "x");
+    StructFilling second("S", first.GetStructure().get());
+    second.SetText("c", text);
+    second.SetInt("a", 1000);
+    const std::shared_ptr<MetaStruct>& structure = second.GetStructure();
+    const std::shared_ptr<MetaObject> number = structure->GetField("a");
+    const std::string before = structure->ToString();
+    const int failures = FailEveryAllocation([&] { second.SetText(name, text); },
+                                             [&] { ASSERT_EQ(structure->ToString(), before); });
+    EXPECT_GE(failures, 5);
+    EXPECT_EQ(structure->ToString(),
+              "{'a' => '1000', '" + name + "' => '" + text + "', 'c' => '" + text + "', }");
+    EXPECT_EQ(structure->GetField("a"), number);
+    EXPECT_EQ(first.GetStructure()->ToString(), "{'a' => '1', 'b' => '2', 'c' => 'x', }");
 }
 
 TEST(AllocationFailure, FailedAddLeavesTheListUnchanged) {

@@ -1,9 +1,12 @@
+#include <list>
 #include <memory>
+#include <string>
 
 #include <gtest/gtest.h>
 
 #include "corvel/metaobj/MetaInt.h"
 #include "corvel/metaobj/MetaList.h"
+#include "corvel/metaobj/MetaString.h"
 #include "corvel/metaobj/MetaStruct.h"
 #include "tests/metaobj/SampleValues.h"
 
@@ -96,6 +99,25 @@ TEST(MetaStructComparison, StructuresOfOneDefinitionCompareBySlot) {
     EXPECT_EQ(Compare(*whole, wrong), Answer(false, {"Type mismatch on field: y"}));
 }
 
+TEST(MetaStructComparison, PlainAndSharedScalarsAreOfTheSameKind) {
+    const auto definition = MetaStruct::New("S");
+    definition->SetField("a", MetaInt::New(1000));
+    definition->SetField("b", "text");
+    definition->SetField("c", true);
+    const auto alone = MetaStruct::New("S");
+    const auto instance = MetaStruct::New(definition);
+    for (const auto& structure : {alone, instance}) {
+        structure->SetField("a", 1);
+        structure->SetField("b", MetaString::New("x"));
+        structure->SetField("c", false);
+        EXPECT_EQ(Compare(*definition, structure), Answer(true, {}));
+        EXPECT_EQ(Compare(*structure, definition), Answer(true, {}));
+        structure->SetField("c", MetaInt::New(1000));
+        EXPECT_EQ(Compare(*definition, structure), Answer(false, {"Type mismatch on field: c"}));
+        EXPECT_EQ(Compare(*structure, definition), Answer(false, {"Type mismatch on field: c"}));
+    }
+}
+
 std::shared_ptr<MetaStruct> LineBetween(const std::shared_ptr<MetaObject>& from,
                                         const std::shared_ptr<MetaObject>& to) {
     auto line = MetaStruct::New("Line");
@@ -158,6 +180,30 @@ TEST(MetaStructComparison, ForeignValueIsAskedItself) {
               Answer(false,
                      {"Type mismatch in structure.  Expecting Struct got Struct",
                       "Type mismatch on field: a"}));
+}
+
+// Takes only what it has seen before.
+class ChoosyValue final : public MetaObject {
+public:
+    ChoosyValue() : MetaObject(FactoryFlag{}, MetaType::Int) {}
+    bool IsSameStructure(const std::shared_ptr<MetaObject>& other,
+                         std::list<std::string>* /*errors*/) const override {
+        return other == seen;
+    }
+    std::string ToString() const override { return "choosy"; }
+
+    std::shared_ptr<MetaObject> seen;
+};
+
+TEST(MetaStructComparison, ForeignValueIsGivenTheReferenceOfAPlainOne) {
+    const auto choosy = std::make_shared<ChoosyValue>();
+    const auto reference = MetaStruct::New("S");
+    reference->SetField("a", std::shared_ptr<MetaObject>(choosy));
+    const auto candidate = MetaStruct::New("S");
+    candidate->SetField("a", 1000);
+    EXPECT_EQ(Compare(*reference, candidate), Answer(false, {"Type mismatch on field: a"}));
+    choosy->seen = candidate->GetField("a");
+    EXPECT_EQ(Compare(*reference, candidate), Answer(true, {}));
 }
 
 }  // namespace

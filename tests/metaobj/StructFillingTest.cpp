@@ -1,3 +1,5 @@
+#include <algorithm>
+#include <cstddef>
 #include <list>
 #include <memory>
 #include <string>
@@ -10,6 +12,8 @@
 #include "corvel/metaobj/MetaString.h"
 #include "corvel/metaobj/MetaStruct.h"
 #include "corvel/metaobj/StructFilling.h"
+#include "corvel/metaobj/ValueView.h"
+#include "tests/metaobj/FailingAllocator.h"
 #include "tests/metaobj/SampleValues.h"
 #include "tests/support/ThrownText.h"
 
@@ -17,6 +21,7 @@ namespace Corvel::MetaObj {
 namespace {
 
 using Names = std::list<std::string>;
+using Test::FailingAllocator;
 using Testing::ThrownText;
 
 /// A structure with integer fields of these names, set in this order.
@@ -105,9 +110,80 @@ TEST(StructFilling, NamesOfTheOtherStructureDoNotShow) {
     EXPECT_EQ(Compare(*partial, first), more);
 }
 
+const void* LayoutOf(const std::shared_ptr<MetaStruct>& structure) {
+    return StructView(*structure).LayoutIdentity();
+}
+
+TEST(StructFilling, StructuresWithTheSameFieldsShareTheirNames) {
+    const auto first = Filled({"a", "b", "c"});
+    const auto second = Filled({"a", "b", "c"}, first.get());
+    const auto third = Filled({"a", "c"}, second.get());
+    EXPECT_EQ(LayoutOf(second), LayoutOf(first));
+    EXPECT_EQ(LayoutOf(third), LayoutOf(first));
+}
+
+TEST(StructFilling, SmallStructureTakesTwoAllocations) {
+    const auto first = Filled({"a", "b", "c", "d", "e", "f", "g", "h"});
+    Filled({}, first.get());
+    std::shared_ptr<MetaStruct> second;
+    std::size_t count = 0;
+    {
+        const FailingAllocator allocator(FailingAllocator::kAll);
+        StructFilling filling("S", first.get());
+        for (const char* name : {"a", "b", "c", "d"}) {
+            filling.SetInt(name, 1000);
+        }
+        for (const char* name : {"e", "f", "g"}) {
+            filling.SetText(name, "a text of 22 bytes ...");
+        }
+        filling.SetBool("h", true);
+        second = filling.GetStructure();
+        count = FailingAllocator::Count();
+    }
+    EXPECT_EQ(count, 2U);
+    EXPECT_EQ(second->GetFieldNames().size(), 8U);
+}
+
+TEST(StructFilling, HundredThousandFieldsAreNoTrouble) {
+    constexpr int kFields = 100000;
+    std::vector<std::string> names;
+    for (int i = 0; i < kFields; ++i) {
+        names.push_back(std::to_string((i * 7919L) % kFields));
+    }
+    const auto first = Filled(names);
+    const auto same = Filled(names, first.get());
+    EXPECT_EQ(LayoutOf(same), LayoutOf(first));
+    names[kFields / 2] = "another";
+    const auto other = Filled(names, first.get());
+    EXPECT_NE(LayoutOf(other), LayoutOf(first));
+    EXPECT_EQ(other->GetFieldNames().size(), std::size_t{kFields});
+    EXPECT_EQ(other->GetField("7919")->ToString(), "2");
+    std::reverse(names.begin(), names.end());
+    const auto reversed = Filled(names, other.get());
+    EXPECT_EQ(reversed->GetFieldNames(), other->GetFieldNames());
+    EXPECT_TRUE(other->IsSameStructure(reversed));
+}
+
+// Room for all names of the first structure would be 2.4 MB in each of the others: those with far
+// fields have names of their own.
+TEST(StructFilling, FewFieldsOfManyTakeLittleRoom) {
+    constexpr int kFields = 100000;
+    std::vector<std::string> names;
+    for (int i = 0; i < kFields; ++i) {
+        names.push_back("f" + std::to_string(i));
+    }
+    const auto first = Filled(names);
+    const auto other = Filled({names.back(), names.front()}, first.get());
+    EXPECT_EQ(other->ToString(), "{'f0' => '2', 'f99999' => '1', }");
+    EXPECT_NE(LayoutOf(other), LayoutOf(first));
+    const auto near = Filled({names[16], names[0], names[18]}, first.get());
+    EXPECT_EQ(LayoutOf(near), LayoutOf(first));
+}
+
 TEST(StructFilling, OrderMayDiffer) {
     const auto first = Filled({"a", "b", "c"});
     const auto second = Filled({"c", "a", "b"}, first.get());
+    EXPECT_EQ(LayoutOf(second), LayoutOf(first));
     EXPECT_EQ(second->ToString(), "{'a' => '2', 'b' => '3', 'c' => '1', }");
     EXPECT_TRUE(first->IsSameStructure(second));
 }
