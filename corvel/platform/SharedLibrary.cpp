@@ -117,12 +117,15 @@ bool IsNamedAsData(const void* address) {
 
 }  // namespace
 
-std::unique_ptr<SharedLibrary> SharedLibrary::Load(const std::string& path, std::string& reason) {
+std::unique_ptr<SharedLibrary> SharedLibrary::Load(const std::string& path,
+                                                   std::string& reason,
+                                                   Scope scope) {
     reason = ReasonAgainst(path);
     if (!reason.empty()) {
         return nullptr;
     }
-    void* handle = dlopen(path.c_str(), RTLD_LAZY | RTLD_GLOBAL);
+    void* handle =
+        dlopen(path.c_str(), RTLD_LAZY | (scope == Scope::Global ? RTLD_GLOBAL : RTLD_LOCAL));
     if (handle == nullptr) {
         reason = LoaderReason();
         return nullptr;

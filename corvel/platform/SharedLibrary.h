@@ -5,21 +5,26 @@
 
 namespace Corvel::Platform {
 
-/// A shared library that was loaded into the process. Its symbols serve libraries loaded later, too,
-/// and its functions are bound when they are first called.
+/// A shared library that was loaded into the process. Its functions are bound when they are first
+/// called.
 ///
 /// Failures: reasons are the system loader's own words, "(null)" when it gives none, or words like
 ///           them where it has no objection and we do.
 /// Lifetime: the destructor gives the library back; the system unloads it when nobody else uses it.
 class SharedLibrary final {
 public:
+    /// Whom the symbols serve: libraries loaded later, too, or only who asks for them here.
+    enum class Scope { Global, Local };
+
     /// Loads a library, or one more time a library that is loaded already. A file that the loader
     /// would wait for (a FIFO) or die from (one that ends before its segments do) is refused.
     ///
     /// @param path    a file; without a slash in it, it is looked for as the loader does.
     /// @param reason  receives why the library cannot be loaded.
     /// @return null on failure.
-    static std::unique_ptr<SharedLibrary> Load(const std::string& path, std::string& reason);
+    static std::unique_ptr<SharedLibrary> Load(const std::string& path,
+                                               std::string& reason,
+                                               Scope scope = Scope::Global);
 
     SharedLibrary(const SharedLibrary&) = delete;
     SharedLibrary& operator=(const SharedLibrary&) = delete;

@@ -58,6 +58,16 @@ TEST(SharedLibrary, PathWithoutSlashIsLookedForByTheLoader) {
     EXPECT_NE(nullptr, SharedLibrary::Load("libxml2.so.2", reason)) << reason;
 }
 
+TEST(SharedLibrary, SymbolsServeOthersUnlessTheyAreLocal) {
+    std::string reason;
+    const auto local = SharedLibrary::Load(kLibrary, reason, SharedLibrary::Scope::Local);
+    ASSERT_NE(nullptr, local);
+    EXPECT_NE(nullptr, local->FindSymbol("corvel_test_no_entry_point", reason));
+    EXPECT_EQ(nullptr, dlsym(RTLD_DEFAULT, "corvel_test_no_entry_point"));
+    const auto global = SharedLibrary::Load(kLibrary, reason);
+    EXPECT_NE(nullptr, dlsym(RTLD_DEFAULT, "corvel_test_no_entry_point"));
+}
+
 TEST(SharedLibrary, PathIsNotCutAtANullCharacter) {
     std::string reason;
     EXPECT_EQ(nullptr, SharedLibrary::Load(kLibrary + std::string("\0.so", 4), reason));

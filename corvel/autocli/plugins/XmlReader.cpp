@@ -3,18 +3,13 @@
 #include <algorithm>
 #include <climits>
 #include <cstddef>
-#include <cstdlib>
 #include <exception>
 #include <memory>
 #include <new>
 #include <utility>
 #include <vector>
 
-#include <libxml/parser.h>
-#include <libxml/parserInternals.h>
-#include <libxml/tree.h>
-#include <libxml/xmlerror.h>
-
+#include "corvel/autocli/plugins/LibXml2.h"
 #include "corvel/platform/RegularFile.h"
 
 namespace Corvel::AutoCli {
@@ -44,19 +39,21 @@ bool IsWantOfMemory(const xmlError& error) {
 /// parser's own switch for that is not enough: character decoders report past the parser.
 class ErrorWatch {
 public:
-    ErrorWatch() : _previous(xmlStructuredError), _previousContext(xmlStructuredErrorContext) {
+    explicit ErrorWatch(const LibXml2& xml)
+        : _xml(xml), _previous(xml.GetErrorFunction()), _previousContext(xml.GetErrorContext()) {
         // libxml2 2.12 made the error const; a generic function fits both.
-        xmlSetStructuredErrorFunc(this, [](void* watch, auto* error) {
+        _xml.xmlSetStructuredErrorFunc(this, [](void* watch, auto* error) {
             static_cast<ErrorWatch*>(watch)->_outOfMemory |= IsWantOfMemory(*error);
         });
     }
     ErrorWatch(const ErrorWatch&) = delete;
     ErrorWatch& operator=(const ErrorWatch&) = delete;
-    ~ErrorWatch() { xmlSetStructuredErrorFunc(_previousContext, _previous); }
+    ~ErrorWatch() { _xml.xmlSetStructuredErrorFunc(_previousContext, _previous); }
 
     bool SawOutOfMemory() const { return _outOfMemory; }
 
 private:
+    const LibXml2& _xml;
     xmlStructuredErrorFunc _previous;
     void* _previousContext;
     bool _outOfMemory = false;
@@ -64,14 +61,15 @@ private:
 
 struct FreeParser {
     void operator()(xmlParserCtxt* parser) const {
-        xmlFreeDoc(parser->myDoc);
-        xmlFreeParserCtxt(parser);
+        const LibXml2& xml = LibXml2::Get();
+        xml.xmlFreeDoc(parser->myDoc);
+        xml.xmlFreeParserCtxt(parser);
     }
 };
 using Parser = std::unique_ptr<xmlParserCtxt, FreeParser>;
 
 struct FreeXmlText {
-    void operator()(xmlChar* text) const { xmlFree(text); }
+    void operator()(xmlChar* text) const { LibXml2::Get().Free(text); }
 };
 using XmlText = std::unique_ptr<xmlChar, FreeXmlText>;
 
@@ -87,8 +85,9 @@ Made* RequireMemory(Made* made) {
 /// Whether libxml2 can parse a text where it lies: it must need no conversion, and the library must
 /// be of a version that is known to do it.
 bool CanParseInPlace(std::string_view text) {
-    static const bool isKnownVersion = std::atoi(xmlParserVersion) < 21000;
-    if (!isKnownVersion || text.size() < 4 || text[0] != '<' || text[1] == '\0') {
+    constexpr int kFirstUnknownVersion = 21000;
+    if (LibXml2::Get().GetVersion() >= kFirstUnknownVersion || text.size() < 4 || text[0] != '<' ||
+        text[1] == '\0') {
         return false;
     }
     const std::string_view declaration = text.substr(0, text.find('>'));
@@ -134,7 +133,8 @@ private:
     std::string_view AttributeValue(const xmlChar* begin, const xmlChar* end);
     void AddDeclaredAttributes(const xmlChar* element);
 
-    const ErrorWatch _errors;  // first: it watches the making of the parser, too
+    const LibXml2& _xml = LibXml2::Get();
+    const ErrorWatch _errors{_xml};  // before the parser: it watches the making of that, too
     XmlHandler& _handler;
     std::exception_ptr _raised;
     Parser _parser;
@@ -145,7 +145,7 @@ private:
 };
 
 Reading::Reading(XmlHandler& handler)
-    : _handler(handler), _parser(RequireMemory(xmlNewParserCtxt())) {
+    : _handler(handler), _parser(RequireMemory(_xml.xmlNewParserCtxt())) {
     _parser->_private = this;
     SetHandlers(*_parser->sax);
 }
@@ -200,7 +200,7 @@ void Reading::SetHandlers(xmlSAXHandler& handlers) {
 
 /// Ends the parse as a failed one.
 void Reading::Refuse() {
-    xmlStopParser(_parser.get());
+    _xml.xmlStopParser(_parser.get());
     _parser->wellFormed = 0;
 }
 
@@ -216,24 +216,24 @@ bool Reading::Read(const std::string& text) {
 }
 
 bool Reading::ParseCopy(std::string_view text) {
-    xmlDoc* document = xmlCtxtReadMemory(
+    xmlDoc* document = _xml.xmlCtxtReadMemory(
         _parser.get(), text.data(), static_cast<int>(text.size()), nullptr, nullptr, kParseOptions);
-    xmlFreeDoc(document);
+    _xml.xmlFreeDoc(document);
     return document != nullptr;
 }
 
 /// What libxml2 does with a text in memory, but without its copy of it.
 bool Reading::ParseInPlace(std::string_view text) {
-    xmlParserInput* input = RequireMemory(xmlNewInputStream(_parser.get()));
+    xmlParserInput* input = RequireMemory(_xml.xmlNewInputStream(_parser.get()));
     input->base = reinterpret_cast<const xmlChar*>(text.data());
     input->cur = input->base;
     input->end = input->base + text.size();
     input->length = static_cast<int>(text.size());
-    if (inputPush(_parser.get(), input) < 0) {
+    if (_xml.inputPush(_parser.get(), input) < 0) {
         throw std::bad_alloc();
     }
-    xmlCtxtUseOptions(_parser.get(), kParseOptions);
-    xmlParseDocument(_parser.get());
+    _xml.xmlCtxtUseOptions(_parser.get(), kParseOptions);
+    _xml.xmlParseDocument(_parser.get());
     return _parser->wellFormed != 0;
 }
 
@@ -272,7 +272,7 @@ const xmlChar* Reading::FullName(const xmlChar* localName,
                                  const xmlChar* uri) const {
     return prefix == nullptr || uri != nullptr
                ? localName
-               : RequireMemory(xmlDictQLookup(_parser->dict, prefix, localName));
+               : RequireMemory(_xml.xmlDictQLookup(_parser->dict, prefix, localName));
 }
 
 XmlAttributes Reading::ReadAttributes(const xmlChar* element,
@@ -297,9 +297,9 @@ std::string_view Reading::AttributeValue(const xmlChar* begin, const xmlChar* en
         return value;
     }
     xmlNode* nodes = RequireMemory(
-        xmlStringLenGetNodeList(_parser->myDoc, begin, static_cast<int>(end - begin)));
-    XmlText decoded(xmlNodeListGetString(_parser->myDoc, nodes, 1));
-    xmlFreeNodeList(nodes);
+        _xml.xmlStringLenGetNodeList(_parser->myDoc, begin, static_cast<int>(end - begin)));
+    XmlText decoded(_xml.xmlNodeListGetString(_parser->myDoc, nodes, 1));
+    _xml.xmlFreeNodeList(nodes);
     _decodedValues.push_back(std::move(decoded));
     return View(RequireMemory(_decodedValues.back().get()));
 }
@@ -307,7 +307,7 @@ std::string_view Reading::AttributeValue(const xmlChar* begin, const xmlChar* en
 /// The document type may give attributes of an element's local name a value, whatever the prefix.
 /// They come last, so that what the element itself says is found before.
 void Reading::AddDeclaredAttributes(const xmlChar* element) {
-    const xmlElement* declared = xmlGetDtdElementDesc(_parser->myDoc->intSubset, element);
+    const xmlElement* declared = _xml.xmlGetDtdElementDesc(_parser->myDoc->intSubset, element);
     if (declared == nullptr) {
         return;
     }

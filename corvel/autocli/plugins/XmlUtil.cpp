@@ -5,9 +5,7 @@
 #include <new>
 #include <string_view>
 
-#include <libxml/tree.h>
-#include <libxml/xmlmemory.h>
-
+#include "corvel/autocli/plugins/LibXml2.h"
 #include "corvel/autocli/plugins/ValueBuilder.h"
 #include "corvel/autocli/plugins/ValueDocument.h"
 #include "corvel/autocli/plugins/XmlNodes.h"
@@ -27,7 +25,7 @@ namespace {
 
 /// A text that libxml2 handed over.
 struct FreeText {
-    void operator()(xmlChar* text) const { xmlFree(text); }
+    void operator()(xmlChar* text) const { LibXml2::Get().Free(text); }
 };
 using XmlText = std::unique_ptr<xmlChar, FreeText>;
 
@@ -157,19 +155,26 @@ std::string XmlUtil_GetContentForChildByTag(xmlNode* node, const std::string& ta
 }
 
 std::string XmlUtil_ExtractAttribute(xmlNode* node, const std::string& name) {
+    if (node == nullptr) {
+        return {};
+    }
+    const LibXml2& xml = LibXml2::Get();
     const auto* xmlName = reinterpret_cast<const xmlChar*>(name.c_str());
-    const XmlText value(xmlGetProp(node, xmlName));
+    const XmlText value(xml.xmlGetProp(node, xmlName));
     // libxml2 answers the same for an attribute that is absent and for want of memory.
-    if (value == nullptr && xmlHasProp(node, xmlName) != nullptr) {
+    if (value == nullptr && xml.xmlHasProp(node, xmlName) != nullptr) {
         throw std::bad_alloc();
     }
     return ToString(value);
 }
 
 std::string XmlUtil_GetContent(xmlNode* node) {
-    const XmlText content(xmlNodeGetContent(node));
+    if (node == nullptr) {
+        return {};
+    }
+    const XmlText content(LibXml2::Get().xmlNodeGetContent(node));
     // An element's content is at least an empty text.
-    if (content == nullptr && node != nullptr && node->type == XML_ELEMENT_NODE) {
+    if (content == nullptr && node->type == XML_ELEMENT_NODE) {
         throw std::bad_alloc();
     }
     return ToString(content);
