@@ -1,6 +1,7 @@
 // Memory, one figure a run.
 //
-//   bench_memory fields              bytes of heap for a field value of a list made by a program
+//   bench_memory fields COUNT        bytes of heap for a field value of a list of COUNT structures
+//                                    made by a program
 //   bench_memory read-fields FILE    the same for the list that reading a value document gives
 //   bench_memory read-peak FILE      peak of resident memory that reading adds, over the text's size
 //   bench_memory libxml-peak FILE    the same for libxml2's tree
@@ -13,9 +14,11 @@
 #include <malloc.h>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <libxml/parser.h>
 
+#include "bench/OneRun.h"
 #include "bench/SampleValues.h"
 #include <corvel/corvel.h>
 
@@ -36,8 +39,9 @@ double PeakBytes() {
 template <typename Make>
 double HeapOfField(const Make& make) {
     const std::size_t before = HeapInUse();
-    const std::shared_ptr<MetaObj::MetaObject> values = make();
-    return static_cast<double>(HeapInUse() - before) / static_cast<double>(kStructures * kFields);
+    const auto list = std::dynamic_pointer_cast<MetaObj::MetaList>(make());
+    return static_cast<double>(HeapInUse() - before) /
+           static_cast<double>(list->GetCount() * kFields);
 }
 
 template <typename Read>
@@ -47,11 +51,12 @@ double PeakOverText(const std::string& text, const Read& read) {
     return (PeakBytes() - before) / static_cast<double>(text.size());
 }
 
-double Measure(const std::string& kind, const std::string& text) {
-    if (kind == "fields") {
-        const std::vector<Row> rows = MakeRows(kStructures);
-        return HeapOfField([&rows] { return MakeList(rows); });
-    }
+double HeapOfProgramsList(std::size_t structures) {
+    const std::vector<Row> rows = MakeRows(structures);
+    return HeapOfField([&rows] { return MakeList(rows); });
+}
+
+double MeasureReading(const std::string& kind, const std::string& text) {
     if (kind == "read-fields") {
         return HeapOfField([&text] { return AutoCli::XmlUtil_ParseXmlOutput(text); });
     }
@@ -68,13 +73,18 @@ double Measure(const std::string& kind, const std::string& text) {
 }  // namespace Corvel::Bench
 
 int main(int argc, char** argv) {
-    const std::string kind = argc > 1 ? argv[1] : "";
-    if (kind != (argc == 2 ? "fields" : "read-fields") &&
-        (argc != 3 || (kind != "read-peak" && kind != "libxml-peak"))) {
-        std::fputs("usage: bench_memory fields | read-fields|read-peak|libxml-peak FILE\n", stderr);
+    namespace Bench = Corvel::Bench;
+    const std::string kind = argc == 3 ? argv[1] : "";
+    double figure = 0;
+    if (kind == "fields") {
+        figure = Bench::HeapOfProgramsList(std::strtoul(argv[2], nullptr, 10));
+    } else if (kind == "read-fields" || kind == "read-peak" || kind == "libxml-peak") {
+        figure = Bench::MeasureReading(kind, Bench::ReadWholeFile(argv[2]));
+    } else {
+        std::fputs("usage: bench_memory fields COUNT | read-fields|read-peak|libxml-peak FILE\n",
+                   stderr);
         return EXIT_FAILURE;
     }
-    const std::string text = argc == 3 ? Corvel::Bench::ReadWholeFile(argv[2]) : "";
-    std::printf("%.3f\n", Corvel::Bench::Measure(kind, text));
+    std::printf("%.3f\n", figure);
     return EXIT_SUCCESS;
 }

@@ -1,8 +1,10 @@
 // Runs two commands in turn and prints medians and the median of the ratios of the pairs.
 //
 //   bench_pair RUNS STATUS COMMAND [ARGUMENT...] -- YARDSTICK [ARGUMENT...]
+//   bench_pair RUNS told COMMAND [ARGUMENT...] -- YARDSTICK [ARGUMENT...]
 //
-// STATUS is the exit status that the command must end with; that of the yardstick is 0.
+// STATUS is the exit status that the command must end with; that of the yardstick is 0. With "told"
+// both take the time of their work themselves and print it.
 //
 // One line: wall time of both in ms and their ratio, CPU time of both in ms and their ratio.
 #include <algorithm>
@@ -17,6 +19,7 @@ namespace {
 
 using Corvel::Bench::ChildRun;
 using Corvel::Bench::RunChild;
+using Corvel::Bench::RunTellingChild;
 
 double Median(std::vector<double> values) {
     const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
@@ -62,7 +65,8 @@ int main(int argc, char** argv) {
         std::fputs("usage: bench_pair RUNS STATUS COMMAND... -- YARDSTICK...\n", stderr);
         return EXIT_FAILURE;
     }
-    const int status = std::atoi(argv[2]);
+    const bool told = words[2] == "told";
+    const int status = told ? EXIT_SUCCESS : std::atoi(argv[2]);
     const std::vector<std::string> command(words.begin() + 3, separator);
     const std::vector<std::string> yardstick(separator + 1, words.end());
     // Once each unmeasured: the files are in memory then.
@@ -71,8 +75,8 @@ int main(int argc, char** argv) {
     std::vector<ChildRun> runs;
     std::vector<ChildRun> yardsticks;
     for (int i = 0; i < count; ++i) {
-        runs.push_back(RunChild(command, status));
-        yardsticks.push_back(RunChild(yardstick));
+        runs.push_back(told ? RunTellingChild(command) : RunChild(command, status));
+        yardsticks.push_back(told ? RunTellingChild(yardstick) : RunChild(yardstick));
     }
     PrintTimes(runs, yardsticks, &ChildRun::wallSeconds);
     PrintTimes(runs, yardsticks, &ChildRun::cpuSeconds);

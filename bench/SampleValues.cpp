@@ -1,11 +1,6 @@
 #include "bench/SampleValues.h"
 
-#include <sys/stat.h>
-
 #include <array>
-#include <cstdlib>
-#include <fstream>
-#include <iostream>
 
 #include <corvel/corvel.h>
 
@@ -105,19 +100,6 @@ std::string MakeDocument(const std::vector<Row>& rows) {
         document.append("</structure>\n");
     }
     return document.append("  </list>\n</output>\n");
-}
-
-std::string ReadWholeFile(const char* path) {
-    struct stat status = {};
-    std::ifstream file(path, std::ios::binary);
-    if (!file || ::stat(path, &status) != 0) {
-        std::cerr << "cannot read " << path << '\n';
-        std::exit(EXIT_FAILURE);
-    }
-    // Made at its full size: a text that grows would count in the peak of the memory.
-    std::string text(static_cast<std::size_t>(status.st_size), '\0');
-    file.read(text.data(), status.st_size);
-    return text;
 }
 
 }  // namespace Corvel::Bench

@@ -45,7 +45,4 @@ std::shared_ptr<CallSpec::Output> MakeOutput(std::size_t count);
 /// The rows as a value document, as an extension command prints it: about 470 bytes a row.
 std::string MakeDocument(const std::vector<Row>& rows);
 
-/// @return the whole content of a file. Ends the program with a message when it cannot be read.
-std::string ReadWholeFile(const char* path);
-
 }  // namespace Corvel::Bench
