@@ -8,6 +8,8 @@
 #include <utility>
 
 #include "corvel/autocli/plugins/CommandTemplate.h"
+#include "corvel/autocli/plugins/DescriptorCommand.h"
+#include "corvel/autocli/plugins/DescriptorElements.h"
 #include "corvel/autocli/plugins/ShellCommand.h"
 #include "corvel/autocli/plugins/XmlUtil.h"
 #include "corvel/callspec/Input.h"
@@ -85,13 +87,22 @@ void ExtensionCommand::SetStdin(const char* text) {
 
 void ExtensionCommand::SetInputSpec(std::shared_ptr<CallSpec::InputSpec> inputSpec) {
     _inputSpec = std::move(inputSpec);
+    if (_declared != nullptr) {
+        _declared->input = {};
+    }
 }
 
 void ExtensionCommand::SetOutputSpec(std::shared_ptr<CallSpec::OutputSpec> outputSpec) {
     _outputSpec = std::move(outputSpec);
+    if (_declared != nullptr) {
+        _declared->output = {};
+    }
 }
 
 std::shared_ptr<CallSpec::InputSpec> ExtensionCommand::GetInputSpecInternal() {
+    if (_declared != nullptr && _declared->input) {
+        SetInputSpec(ExtractInputSpec(_declared->input));
+    }
     if (_inputSpec == nullptr) {
         throw CorvelException(
             "Request for NULL InputSpec.  Extension command is incomplete and will not work");
@@ -100,6 +111,9 @@ std::shared_ptr<CallSpec::InputSpec> ExtensionCommand::GetInputSpecInternal() {
 }
 
 std::shared_ptr<CallSpec::OutputSpec> ExtensionCommand::GetOutputSpecInternal() {
+    if (_declared != nullptr && _declared->output) {
+        SetOutputSpec(ExtractOutputSpec(_declared->output));
+    }
     if (_outputSpec == nullptr) {
         throw CorvelException(
             "Request for NULL OutputSpec.  Extension command is incomplete and will not work");

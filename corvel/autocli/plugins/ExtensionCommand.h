@@ -9,6 +9,10 @@
 
 namespace Corvel::AutoCli {
 
+class XmlElement;
+class XmlTree;
+struct DeclaredSpecs;
+
 /// A command whose work is done by a shell command line, made from a template and the values of
 /// the call; what the child prints is read back as an XML value document.
 ///
@@ -77,10 +81,15 @@ public:
                          const std::shared_ptr<CallSpec::Output>& output) override;
 
 private:
+    friend std::shared_ptr<ExtensionCommand> BuildCommand(
+        const std::shared_ptr<const XmlTree>& tree,
+        XmlElement element);
+
     std::string _executeCommand;
     std::string _stdin;
     std::shared_ptr<CallSpec::InputSpec> _inputSpec;
     std::shared_ptr<CallSpec::OutputSpec> _outputSpec;
+    std::unique_ptr<DeclaredSpecs> _declared;  // of a descriptor; null for a command made by hand
 };
 
 }  // namespace Corvel::AutoCli

@@ -1,55 +1,20 @@
 #include "corvel/autocli/plugins/XmlPlugin.h"
 
+#include <string_view>
 #include <utility>
 
 #include "corvel/autocli/Namespace.h"
 #include "corvel/autocli/formatters/Formatter.h"
+#include "corvel/autocli/plugins/DescriptorCommand.h"
+#include "corvel/autocli/plugins/DescriptorElements.h"
 #include "corvel/autocli/plugins/ExtensionCommand.h"
 #include "corvel/autocli/plugins/PathRegistration.h"
-#include "corvel/autocli/plugins/XmlDescriptor.h"
-#include "corvel/autocli/plugins/XmlDocument.h"
-#include "corvel/autocli/plugins/XmlNodes.h"
+#include "corvel/autocli/plugins/XmlNodeTree.h"
+#include "corvel/autocli/plugins/XmlTree.h"
 #include "corvel/metaobj/CorvelException.h"
 #include "corvel/metaobj/NullText.h"
 
 namespace Corvel::AutoCli {
-
-namespace {
-
-xmlNode* RequireChild(xmlNode* node, const std::string& tag) {
-    xmlNode* child = XmlUtil_FindChildNode(node, tag);
-    if (child == nullptr) {
-        throw CorvelException("Unable to find <" + tag +
-                              "> element, which is required for a command.");
-    }
-    return child;
-}
-
-std::string RequireExecuteCommand(xmlNode* node) {
-    std::string text = XmlUtil_GetContentForChildByTag(node, "execute");
-    if (text.empty()) {
-        throw CorvelException(
-            "Missing or empty <execute> tag.  This tag must specify a valid execution string for "
-            "this command.");
-    }
-    return text;
-}
-
-std::shared_ptr<ExtensionCommand> BuildCommand(xmlNode* node) {
-    auto command = ExtensionCommand::New();
-    command->SetDescription(XmlUtil_GetContentForChildByTag(node, "description"));
-    if (xmlNode* metaData = XmlUtil_FindChildNode(node, "meta-data")) {
-        ExtractMetaData(metaData, command);
-    }
-    command->SetInputSpec(ExtractInputSpec(RequireChild(node, "input-spec")));
-    command->SetOutputSpec(ExtractOutputSpec(RequireChild(node, "output-spec")));
-    ExtractFormatParams(RequireChild(node, "format-parameters"), command);
-    command->SetExecuteCommand(RequireExecuteCommand(node));
-    command->SetStdin(XmlUtil_GetContentForChildByTag(node, "stdin"));
-    return command;
-}
-
-}  // namespace
 
 std::shared_ptr<XmlPlugin> XmlPlugin::New(const char* file) {
     return New(std::string(MetaObj::TextOrEmpty(file)));
@@ -69,12 +34,12 @@ XmlPlugin::~XmlPlugin() = default;
 
 void XmlPlugin::Initialize() {
     _registrations.clear();
-    const XmlDocument document = XmlDocument::ParseFile(_file);
-    if (!document.IsParsed()) {
+    const Tree tree = XmlTree::OfFile(_file);
+    if (tree == nullptr) {
         throw CorvelException("Unable to parse XML descriptor: " + _file);
     }
     try {
-        AddDescriptor(document.GetRoot());
+        AddDescriptor(tree);
     } catch (const CorvelException& error) {
         _registrations.clear();
         throw CorvelException("Unable to handle XML Plugin " + _file +
@@ -83,18 +48,19 @@ void XmlPlugin::Initialize() {
 }
 
 /// Takes in everything below the root element of a descriptor.
-void XmlPlugin::AddDescriptor(xmlNode* root) {
-    if (XmlUtil_GetContentForChildByTag(root, "version") != "1.0.0") {
+void XmlPlugin::AddDescriptor(const Tree& tree) {
+    const XmlElement root = tree->Root();
+    if (ContentOfOnlyChild(root, Word::Version) != "1.0.0") {
         throw CorvelException("Unknown quorcli extention version.  Valid versions are: '1.0.0'");
     }
-    xmlNode* namespaces = XmlUtil_FindChildNode(root, "namespaces");
-    xmlNode* commands = XmlUtil_FindChildNode(root, "commands");
-    if (namespaces == nullptr && commands == nullptr) {
+    const XmlElement namespaces = FindOnlyChild(root, Word::Namespaces);
+    const XmlElement commands = FindOnlyChild(root, Word::Commands);
+    if (!namespaces && !commands) {
         throw CorvelException("Unable to find any namespaces or commands to register for plugin " +
                               _file);
     }
     AddNamespaces(namespaces);
-    AddCommands(commands);
+    AddCommands(tree, commands);
 }
 
 const std::string& XmlPlugin::GetName() const {
@@ -120,24 +86,42 @@ const std::vector<std::shared_ptr<Formatter>>& XmlPlugin::GetFormatters() {
 }
 
 void XmlPlugin::AddNamespaces(xmlNode* node) {
-    for (xmlNode* child : ChildElements(node)) {
-        if (NodeName(child) == "namespace") {
+    AddNamespaces(TreeOfNode(node)->Root());
+}
+
+void XmlPlugin::AddCommands(xmlNode* node) {
+    const Tree tree = TreeOfNode(node);
+    AddCommands(tree, tree->Root());
+}
+
+void XmlPlugin::AddNamespace(xmlNode* node) {
+    AddNamespace(TreeOfNode(node)->Root());
+}
+
+void XmlPlugin::AddCommand(xmlNode* node) {
+    const Tree tree = TreeOfNode(node);
+    AddCommand(tree, tree->Root());
+}
+
+void XmlPlugin::AddNamespaces(XmlElement element) {
+    for (const XmlElement child : element.Children()) {
+        if (child.GetWord() == Word::Namespace) {
             AddNamespace(child);
         }
     }
 }
 
-void XmlPlugin::AddCommands(xmlNode* node) {
-    for (xmlNode* child : ChildElements(node)) {
-        if (NodeName(child) == "command") {
-            AddCommand(child);
+void XmlPlugin::AddCommands(const Tree& tree, XmlElement element) {
+    for (const XmlElement child : element.Children()) {
+        if (child.GetWord() == Word::Command) {
+            AddCommand(tree, child);
         }
     }
 }
 
-void XmlPlugin::AddNamespace(xmlNode* node) {
-    std::string path = XmlUtil_ExtractAttribute(node, "path");
-    std::string description = XmlUtil_GetContentForChildByTag(node, "description");
+void XmlPlugin::AddNamespace(XmlElement element) {
+    const std::string_view path = element.Attribute(Word::Path);
+    std::string description = ContentOfOnlyChild(element, Word::Description);
     if (path.empty() || description.empty()) {
         throw CorvelException(
             "Unable to register a namespace without valid 'path' attribute or <description> being "
@@ -145,18 +129,19 @@ void XmlPlugin::AddNamespace(xmlNode* node) {
     }
     auto created = Namespace::New();
     created->SetDescription(std::move(description));
-    _registrations.push_back({std::move(path), std::move(created)});
+    _registrations.push_back({std::string(path), std::move(created)});
 }
 
-void XmlPlugin::AddCommand(xmlNode* node) {
-    std::string path = XmlUtil_ExtractAttribute(node, "path");
+void XmlPlugin::AddCommand(const Tree& tree, XmlElement element) {
+    std::string path(element.Attribute(Word::Path));
     if (path.empty()) {
         throw CorvelException(
             "Invalid command specification found.  <command> tags must have a non-empty 'path' "
             "attribute");
     }
     try {
-        _registrations.push_back({path, BuildCommand(node)});
+        std::shared_ptr<ExtensionCommand> command = BuildCommand(tree, element);
+        _registrations.push_back({std::move(path), std::move(command)});
     } catch (const CorvelException& error) {
         throw CorvelException("Unable to register the command 'quorcli " + path + "'  Error was " +
                               error.what());

@@ -11,6 +11,8 @@
 
 namespace Corvel::AutoCli {
 
+class XmlElement;
+class XmlTree;
 struct PathRegistration;
 
 /// A plug-in that an XML descriptor file declares: namespaces, and commands whose work is done by
@@ -100,7 +102,14 @@ public:
 private:
     explicit XmlPlugin(std::string&& file);
 
-    void AddDescriptor(xmlNode* root);
+    /// Elements of one tree, which the commands in it share.
+    using Tree = std::shared_ptr<const XmlTree>;
+
+    void AddDescriptor(const Tree& tree);
+    void AddNamespaces(XmlElement element);
+    void AddNamespace(XmlElement element);
+    void AddCommands(const Tree& tree, XmlElement element);
+    void AddCommand(const Tree& tree, XmlElement element);
 
     std::string _file;
     std::vector<PathRegistration> _registrations;

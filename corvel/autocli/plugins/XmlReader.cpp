@@ -237,10 +237,11 @@ bool Reading::ParseInPlace(std::string_view text) {
     return _parser->wellFormed != 0;
 }
 
-/// Hands an event to the handler, which may raise what it likes: C code is above it.
+/// Hands an event to the handler, which may raise what it likes: C code is above it. What the parser
+/// meets behind a fault need not fit together any more.
 template <typename Event>
 void Reading::Report(const Event& event) {
-    if (_raised != nullptr) {
+    if (_raised != nullptr || _parser->wellFormed == 0) {
         return;
     }
     try {
