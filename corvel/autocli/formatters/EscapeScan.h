@@ -126,22 +126,28 @@ private:
 #endif
 };
 
-/// Appends a text with its bytes replaced as the table says.
+/// Writes a text with its bytes replaced as the table says. The text is no longer than
+/// EscapeScan::kMost; there is room for EscapeTable::kLongest times its size.
+template <const EscapeTable& kTable>
+char* PutEscaped(char* at, std::string_view text) {
+    std::size_t copied = 0;
+    for (std::uint64_t found = EscapeScan<kTable>::Find(text.data(), text.size()); found != 0;
+         found &= found - 1) {
+        const auto i = static_cast<std::size_t>(std::countr_zero(found));
+        at = PutShort(at, text.substr(copied, i - copied));
+        at = kTable.Put(at, static_cast<unsigned char>(text[i]));
+        copied = i + 1;
+    }
+    return PutShort(at, text.substr(copied));
+}
+
+/// The same for a text of any size.
 template <const EscapeTable& kTable>
 void AppendEscaped(TextBuffer& out, std::string_view text) {
-    using Scan = EscapeScan<kTable>;
+    constexpr std::size_t kMost = EscapeScan<kTable>::kMost;
     while (!text.empty()) {
-        const std::string_view piece = text.substr(0, Scan::kMost);
-        char* at = out.Room(Scan::kMost * EscapeTable::kLongest);
-        std::size_t copied = 0;
-        for (std::uint64_t found = Scan::Find(piece.data(), piece.size()); found != 0;
-             found &= found - 1) {
-            const auto i = static_cast<std::size_t>(std::countr_zero(found));
-            at = PutShort(at, piece.substr(copied, i - copied));
-            at = kTable.Put(at, static_cast<unsigned char>(piece[i]));
-            copied = i + 1;
-        }
-        out.EndAt(PutShort(at, piece.substr(copied)));
+        const std::string_view piece = text.substr(0, kMost);
+        out.EndAt(PutEscaped<kTable>(out.Room(kMost * EscapeTable::kLongest), piece));
         text.remove_prefix(piece.size());
     }
 }

@@ -4,11 +4,11 @@
 #include <string>
 #include <string_view>
 
-#include "corvel/autocli/formatters/EscapeScan.h"
 #include "corvel/autocli/formatters/EscapeTable.h"
 #include "corvel/autocli/formatters/LeadCache.h"
 #include "corvel/autocli/formatters/OutputBuffer.h"
 #include "corvel/autocli/formatters/OutputRoot.h"
+#include "corvel/autocli/formatters/ScalarText.h"
 #include "corvel/autocli/formatters/TextRendering.h"
 #include "corvel/autocli/formatters/ValueWalk.h"
 
@@ -56,42 +56,21 @@ class JsonWriter {
 public:
     JsonWriter(TextBuffer& out, int level) : _out(out), _level(level) {}
 
-    void Scalar(const ValueView& value) {
-        switch (value.kind) {
-            case ValueKind::Bool:
-                AppendBool(_out, value.boolean, "true", "false");
-                break;
-            case ValueKind::Int:
-                AppendInteger(_out, value.integer);
-                break;
-            case ValueKind::String:
-                _out += '"';
-                AppendEscaped<kEscapes>(_out, value.text);
-                _out += '"';
-                break;
-            case ValueKind::Mismatch:
-                _out += MismatchText(value.type, "Unknown data type");
-                _out += '\n';
-                break;
-            default:  // structures and lists never come here
-                _out += "null";
-                break;
-        }
-    }
+    void Scalar(const ValueView& value) { _out.EndAt(PutScalar(_out.Room(kScalarRoom), value)); }
 
     void OpenStruct(const MetaStruct& /*structure*/) { OpenOnNewLine("{\n"); }
     void Field(const FieldPlace& field, const ValueView& value) {
-        Lead(field);
-        Scalar(value);
-        EndLine(field.isLast);
+        const std::string_view lead = Lead(field);
+        char* const at = PutBlocks(_out.Room(lead.size() + kScalarRoom), lead);
+        _out.EndAt(PutFieldEnd(PutScalar(at, value), field.isLast));
     }
     void BeginField(const FieldPlace& field) {
-        Lead(field);
+        _out += Lead(field);
         _level += kFieldLevels;
     }
     void EndField(bool last) {
         _level -= kFieldLevels;
-        EndLine(last);
+        _out.EndAt(PutFieldEnd(_out.Room(kRoomBehind), last));
     }
     void CloseStruct() { Line("}"); }
 
@@ -107,19 +86,29 @@ public:
     void CloseList() { Line("]"); }
 
 private:
-    void Lead(const FieldPlace& field) {
-        _leads.Append(_out, field.place, _level, field.name, [&](TextBuffer& lead) {
+    char* PutScalar(char* at, const ValueView& value) {
+        switch (value.kind) {
+            case ValueKind::Bool:
+                return PutBool(at, value.boolean, "true", "false");
+            case ValueKind::Int:
+                return PutDecimal(at, value.integer);
+            case ValueKind::String:
+                return PutQuoted<kEscapes>(_out, at, value.text, "\"");
+            case ValueKind::Mismatch:
+                return Put(Put(at, MismatchText(value.type, "Unknown data type")), "\n");
+            default:  // structures and lists never come here
+                return Put(at, "null");
+        }
+    }
+    static char* PutFieldEnd(char* at, bool last) { return last ? Put(at, "\n") : Put(at, ",\n"); }
+
+    std::string_view Lead(const FieldPlace& field) {
+        return _leads.Get(field.place, _level, field.name, [&](TextBuffer& lead) {
             AppendIndent(lead, _level);
             lead += "   \"";
             lead += field.name;
             lead += "\": ";
         });
-    }
-    void EndLine(bool last) {
-        if (!last) {
-            _out += ',';
-        }
-        _out += '\n';
     }
     void OpenOnNewLine(std::string_view text) {
         _out += '\n';
@@ -134,11 +123,6 @@ private:
     int _level;
     LeadCache _leads;
 };
-
-void WriteValue(const MetaObject* value, TextBuffer& out, int level) {
-    JsonWriter writer(out, level);
-    ValueWalk(writer).Run(MetaObj::View(value));
-}
 
 }  // namespace
 
@@ -157,7 +141,7 @@ bool JsonFormatter::Format(const std::shared_ptr<CallSpec::Output>& output,
                            DisplayContext& /*display*/,
                            std::ostream& stream) {
     OutputBuffer buffer(stream);
-    WriteValue(OutputRoot(output).get(), buffer, kRootLevel);
+    WriteValue<JsonWriter>(OutputRoot(output).get(), buffer, kRootLevel);
     buffer += '\n';
     buffer.Flush();
     return true;
@@ -167,7 +151,7 @@ void JsonFormatter::Format(const std::shared_ptr<MetaObject>& value,
                            std::ostream& stream,
                            int level) {
     OutputBuffer buffer(stream);
-    WriteValue(value.get(), buffer, level);
+    WriteValue<JsonWriter>(value.get(), buffer, level);
     buffer.Flush();
 }
 

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "corvel/autocli/formatters/TextBuffer.h"
 
@@ -13,7 +14,7 @@ namespace Corvel::AutoCli {
 
 /// What stands before the values of fields ("      \"Size\": "), made once for many structures
 /// alike. Remembers a fixed number of short texts, each for the address of a name and a variant;
-/// every other text is made again, so that what is appended never depends on what is remembered.
+/// every other text is made again, so that no text depends on what is remembered.
 ///
 /// Lifetime: no name may change or end its life while the cache is used.
 class LeadCache {
@@ -27,27 +28,26 @@ public:
     /// @param place    where it is remembered; should differ for texts that are needed in turn.
     /// @param variant  tells the texts for one name apart, for example by level.
     /// @param make     called with a TextBuffer to append the text to.
+    /// @return the text; may be read in whole blocks (PutBlocks), until the next call.
     template <typename Make>
-    void Append(TextBuffer& out,
-                std::size_t place,
-                int variant,
-                const std::string& name,
-                const Make& make) {
+    std::string_view Get(std::size_t place,
+                         int variant,
+                         const std::string& name,
+                         const Make& make) {
         const auto spread = static_cast<std::size_t>(variant) * kVariantStep;
         Lead& lead = _leads[(place + spread) % kPlaces];
         if (lead.name != &name || lead.variant != variant) {
             _made.Clear();
             make(_made);
             if (_made.Size() > kMostSize) {
-                out += _made.View();
-                return;
+                return _made.View();
             }
             lead.name = &name;
             lead.variant = variant;
             lead.size = static_cast<std::uint32_t>(_made.Size());
             std::memcpy(lead.text.data(), _made.View().data(), lead.size);
         }
-        out.EndAt(PutBlocks(out.Room(kMostSize), lead.text.data(), lead.size));
+        return {lead.text.data(), lead.size};
     }
 
 private:

@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <string_view>
 
-#include "corvel/autocli/formatters/EscapeScan.h"
 #include "corvel/autocli/formatters/EscapeTable.h"
 #include "corvel/autocli/formatters/LeadCache.h"
 #include "corvel/autocli/formatters/OutputBuffer.h"
 #include "corvel/autocli/formatters/OutputRoot.h"
+#include "corvel/autocli/formatters/ScalarText.h"
 #include "corvel/autocli/formatters/TextRendering.h"
 #include "corvel/autocli/formatters/ValueWalk.h"
 #include "corvel/metaobj/CorvelException.h"
@@ -26,63 +26,56 @@ namespace {
 constexpr EscapeTable kEscapes{{'"', "\\\""}, {'\n', "\\n"}};
 
 constexpr std::string_view kTextQuotes = "\"\"\"";
+/// What ends a field or an item.
+constexpr std::string_view kEnd = ", ";
 
 class PythonWriter {
 public:
     explicit PythonWriter(TextBuffer& out) : _out(out) {}
 
-    void Scalar(const ValueView& value) {
+    void Scalar(const ValueView& value) { _out.EndAt(PutScalar(_out.Room(kScalarRoom), value)); }
+
+    void OpenStruct(const MetaStruct& /*structure*/) { _out += '{'; }
+    void Field(const FieldPlace& field, const ValueView& value) {
+        const std::string_view lead = Lead(field);
+        char* const at = PutBlocks(_out.Room(lead.size() + kScalarRoom), lead);
+        _out.EndAt(Put(PutScalar(at, value), kEnd));
+    }
+    void BeginField(const FieldPlace& field) { _out += Lead(field); }
+    void EndField(bool /*last*/) { _out += kEnd; }
+    void CloseStruct() { _out += '}'; }
+
+    void OpenList(const MetaList& /*list*/) { _out += '['; }
+    void BeginItem() {}
+    void EndItem(bool /*last*/) { _out += kEnd; }
+    void CloseList() { _out += ']'; }
+
+private:
+    char* PutScalar(char* at, const ValueView& value) {
         switch (value.kind) {
             case ValueKind::Bool:
-                AppendBool(_out, value.boolean, "True", "False");
-                break;
+                return PutBool(at, value.boolean, "True", "False");
             case ValueKind::Int:
-                AppendInteger(_out, value.integer);
-                break;
+                return PutDecimal(at, value.integer);
             case ValueKind::String:
-                _out += kTextQuotes;
-                AppendEscaped<kEscapes>(_out, value.text);
-                _out += kTextQuotes;
-                break;
+                return PutQuoted<kEscapes>(_out, at, value.text, kTextQuotes);
             case ValueKind::Mismatch:
-                _out += MismatchText(value.type, "Unknown data type");
-                _out += '\n';
-                break;
+                return Put(Put(at, MismatchText(value.type, "Unknown data type")), "\n");
             default:  // structures and lists never come here
                 throw CorvelException("Invalid MetaObject passed to Format in PythonFormatter");
         }
     }
-
-    void OpenStruct(const MetaStruct& /*structure*/) { _out += '{'; }
-    void Field(const FieldPlace& field, const ValueView& value) {
-        BeginField(field);
-        Scalar(value);
-        EndField(field.isLast);
-    }
-    void BeginField(const FieldPlace& field) {
-        _leads.Append(_out, field.place, 0, field.name, [&](TextBuffer& lead) {
+    std::string_view Lead(const FieldPlace& field) {
+        return _leads.Get(field.place, 0, field.name, [&](TextBuffer& lead) {
             lead += '"';
             lead += field.name;
             lead += "\": ";
         });
     }
-    void EndField(bool /*last*/) { _out += ", "; }
-    void CloseStruct() { _out += '}'; }
 
-    void OpenList(const MetaList& /*list*/) { _out += '['; }
-    void BeginItem() {}
-    void EndItem(bool /*last*/) { _out += ", "; }
-    void CloseList() { _out += ']'; }
-
-private:
     TextBuffer& _out;
     LeadCache _leads;
 };
-
-void WriteValue(const MetaObject* value, TextBuffer& out) {
-    PythonWriter writer(out);
-    ValueWalk(writer).Run(MetaObj::View(value));
-}
 
 }  // namespace
 
@@ -101,7 +94,7 @@ bool PythonFormatter::Format(const std::shared_ptr<CallSpec::Output>& output,
                              DisplayContext& /*display*/,
                              std::ostream& stream) {
     OutputBuffer buffer(stream);
-    WriteValue(OutputRoot(output).get(), buffer);
+    WriteValue<PythonWriter>(OutputRoot(output).get(), buffer);
     buffer += '\n';
     buffer.Flush();
     return true;
@@ -111,7 +104,7 @@ void PythonFormatter::Format(const std::shared_ptr<MetaObject>& value,
                              std::ostream& stream,
                              int /*level*/) {
     OutputBuffer buffer(stream);
-    WriteValue(value.get(), buffer);
+    WriteValue<PythonWriter>(value.get(), buffer);
     buffer.Flush();
 }
 

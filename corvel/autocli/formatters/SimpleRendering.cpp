@@ -16,6 +16,7 @@
 #include "corvel/autocli/formatters/FormatParameters.h"
 #include "corvel/autocli/formatters/LeadCache.h"
 #include "corvel/autocli/formatters/OutputBuffer.h"
+#include "corvel/autocli/formatters/ScalarText.h"
 #include "corvel/autocli/formatters/TextRendering.h"
 #include "corvel/autocli/formatters/ValueWalk.h"
 #include "corvel/metaobj/MetaList.h"
@@ -208,28 +209,51 @@ private:
                 _out += '\n';
                 break;
             }
-            AppendName(open, i);
             if (value.type == MetaType::Struct || value.type == MetaType::List) {
+                AppendName(open, i);
                 if (value.type == MetaType::Struct) {
                     _out += '\n';
                 }
                 Begin(value, open.level + kNestedLevels);
                 return;
             }
-            if (open.plan.HasStyles()) {
-                open.plan.StyleOf(name).Append(_out, value);
-            } else {
-                AppendValue(_out, value);
-            }
-            _out += '\n';
+            AppendField(open, i, value);
         }
         _open.pop_back();
     }
 
-    void AppendName(const OpenStruct& open, std::size_t i) {
+    void AppendField(const OpenStruct& open, std::size_t i, const ValueView& value) {
+        if (_alignsFields || open.plan.HasStyles()) {
+            AppendName(open, i);
+            open.plan.StyleOf(open.Name(i)).Append(_out, value);
+            _out += '\n';
+        } else {
+            const std::string_view lead = Lead(open, i);
+            char* const at = PutBlocks(_out.Room(lead.size() + kScalarRoom), lead);
+            _out.EndAt(Put(PutScalar(at, value), "\n"));
+        }
+    }
+
+    char* PutScalar(char* at, const ValueView& value) {
+        switch (value.kind) {
+            case ValueKind::Bool:
+                return PutBool(at, value.boolean, "true", "false");
+            case ValueKind::Int:
+                return PutDecimal(at, value.integer);
+            case ValueKind::String:
+                return PutPlain(_out, at, value.text);
+            default:  // no scalar
+                _out.EndAt(at);
+                AppendValue(_out, value);
+                return _out.Room(kRoomBehind);
+        }
+    }
+
+    /// What stands before a value, as far as it is the same for structures alike.
+    std::string_view Lead(const OpenStruct& open, std::size_t i) {
         const std::string& name = open.Name(i);
         const std::size_t place = LeadCache::PlaceOf(open.Name(0)) + i;
-        _leads.Append(_out, place, open.level, name, [&](TextBuffer& lead) {
+        return _leads.Get(place, open.level, name, [&](TextBuffer& lead) {
             AppendIndent(lead, open.level);
             lead += kFieldIndent;
             lead += name;
@@ -237,8 +261,12 @@ private:
                 lead += kNameEnd;
             }
         });
+    }
+
+    void AppendName(const OpenStruct& open, std::size_t i) {
+        _out += Lead(open, i);
         if (_alignsFields) {
-            _out.Fill(open.nameWidth - name.size(), ' ');
+            _out.Fill(open.nameWidth - open.Name(i).size(), ' ');
             _out += kNameEnd;
         }
     }

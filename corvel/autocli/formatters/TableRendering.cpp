@@ -243,10 +243,10 @@ private:
         char* at = _out.Room(column.width);
         if (cell.isRightAligned) {
             at = PutFill(at, column.width - kGap - size, ' ');
-            at = PutBlocks(at, cell.text.data(), size);
+            at = PutBlocks(at, cell.text);
             at = PutFill(at, kGap, ' ');
         } else {
-            at = PutBlocks(at, cell.text.data(), size);
+            at = PutBlocks(at, cell.text);
             if (!IsLast(column)) {
                 at = PutFill(at, column.width - size, ' ');
             }

@@ -104,11 +104,11 @@ inline char* PutShort(char* at, std::string_view text) {
 
 /// The same for a text with TextBuffer::kSlack readable bytes behind it, to where there is as much
 /// room beyond it: copies whole blocks.
-inline char* PutBlocks(char* at, const char* from, std::size_t size) {
-    for (std::size_t i = 0; i < size; i += TextBuffer::kSlack) {
-        std::memcpy(at + i, from + i, TextBuffer::kSlack);
+inline char* PutBlocks(char* at, std::string_view text) {
+    for (std::size_t i = 0; i < text.size(); i += TextBuffer::kSlack) {
+        std::memcpy(at + i, text.data() + i, TextBuffer::kSlack);
     }
-    return at + size;
+    return at + text.size();
 }
 
 /// Writes a character so many times, in whole blocks like PutBlocks().

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "corvel/autocli/formatters/LeadCache.h"
+#include "corvel/autocli/formatters/TextBuffer.h"
 #include "corvel/metaobj/MetaList.h"
 #include "corvel/metaobj/MetaObject.h"
 #include "corvel/metaobj/MetaStruct.h"
@@ -128,6 +129,13 @@ private:
     Writer& _writer;
     std::vector<Container> _open;
 };
+
+/// Appends a value and its descendants with a Writer that is made from the buffer and `arguments`.
+template <typename Writer, typename... Arguments>
+void WriteValue(const MetaObj::MetaObject* value, TextBuffer& out, Arguments... arguments) {
+    Writer writer(out, arguments...);
+    ValueWalk(writer).Run(MetaObj::View(value));
+}
 
 /// What stands in the place of a value whose class is not the one of its type; `unknownType` when
 /// there is no such type.

@@ -11,6 +11,7 @@
 #include "corvel/autocli/formatters/LeadCache.h"
 #include "corvel/autocli/formatters/OutputBuffer.h"
 #include "corvel/autocli/formatters/OutputRoot.h"
+#include "corvel/autocli/formatters/ScalarText.h"
 #include "corvel/autocli/formatters/TextRendering.h"
 #include "corvel/autocli/formatters/ValueWalk.h"
 
@@ -57,7 +58,7 @@ public:
     void Scalar(const ValueView& value) {
         if (HasElement(value)) {
             AppendOpening(_out, value.type, _level);
-            Content(value);
+            _out.EndAt(PutContent(_out.Room(kScalarRoom), value));
             AppendClosing(_out, value.type);
         } else if (value.kind == ValueKind::Mismatch) {
             Mismatch(value.type);
@@ -77,18 +78,11 @@ public:
             EndField(field.isLast);
             return;
         }
-        const int variant = _level * kVariants + static_cast<int>(value.type);
-        _leads.Append(_out, field.place, variant, field.name, [&](TextBuffer& lead) {
-            AppendFieldOpening(lead, field.name);
-            AppendOpening(lead, value.type, _level + kNestedLevels);
-        });
-        Content(value);
-        const std::string& word = TypeWord(value.type);
-        _leads.Append(
-            _out, static_cast<std::size_t>(value.type), _level, word, [&](TextBuffer& end) {
-                AppendClosing(end, value.type);
-                AppendFieldClosing(end);
-            });
+        const std::string_view lead = Lead(field, value.type);
+        char* const at = PutBlocks(_out.Room(lead.size() + kScalarRoom), lead);
+        _out.EndAt(PutContent(at, value));
+        const std::string_view end = End(value.type);
+        _out.EndAt(PutBlocks(_out.Room(end.size()), end));
     }
     void BeginField(const FieldPlace& field) {
         AppendFieldOpening(_out, field.name);
@@ -120,6 +114,23 @@ private:
     /// More than there are types.
     static constexpr int kVariants = 8;
 
+    /// What stands before a scalar.
+    std::string_view Lead(const FieldPlace& field, MetaType type) {
+        const int variant = _level * kVariants + static_cast<int>(type);
+        return _leads.Get(field.place, variant, field.name, [&](TextBuffer& lead) {
+            AppendFieldOpening(lead, field.name);
+            AppendOpening(lead, type, _level + kNestedLevels);
+        });
+    }
+    /// What stands behind it.
+    std::string_view End(MetaType type) {
+        const auto place = static_cast<std::size_t>(type);
+        return _ends.Get(place, _level * kVariants, TypeWord(type), [&](TextBuffer& end) {
+            AppendClosing(end, type);
+            AppendFieldClosing(end);
+        });
+    }
+
     static void AppendOpening(TextBuffer& out, MetaType type, int level) {
         AppendIndent(out, level);
         out += '<';
@@ -142,19 +153,16 @@ private:
         out += "   </field>\n";
     }
 
-    void Content(const ValueView& value) {
+    char* PutContent(char* at, const ValueView& value) {
         switch (value.kind) {
             case ValueKind::Bool:
-                AppendBool(_out, value.boolean, "true", "false");
-                break;
+                return PutBool(at, value.boolean, "true", "false");
             case ValueKind::Int:
-                AppendInteger(_out, value.integer);
-                break;
+                return PutDecimal(at, value.integer);
             case ValueKind::String:
-                AppendEscaped<kEscapes>(_out, value.text);
-                break;
+                return PutQuoted<kEscapes>(_out, at, value.text, "");
             default:  // null, mismatch, structures and lists never come here
-                break;
+                return at;
         }
     }
 
@@ -172,12 +180,8 @@ private:
     TextBuffer& _out;
     int _level;
     LeadCache _leads;
+    LeadCache _ends;
 };
-
-void WriteValue(const MetaObject* value, TextBuffer& out, int level) {
-    XmlWriter writer(out, level);
-    ValueWalk(writer).Run(MetaObj::View(value));
-}
 
 void WriteStylesheet(const FormatParameters& parameters, TextBuffer& out) {
     if (parameters.HasParameter("stylesheet")) {
@@ -226,7 +230,7 @@ bool XmlFormatter::Format(const std::shared_ptr<CallSpec::Output>& output,
     out += "\">\n";
     WriteMetaData(parameters, out);
     out += "   <root>\n";
-    WriteValue(OutputRoot(output).get(), out, kRootLevel);
+    WriteValue<XmlWriter>(OutputRoot(output).get(), out, kRootLevel);
     out += "   </root>\n</output>\n";
     out.Flush();
     return true;
@@ -236,7 +240,7 @@ void XmlFormatter::Format(const std::shared_ptr<MetaObject>& value,
                           std::ostream& stream,
                           int level) {
     OutputBuffer buffer(stream);
-    WriteValue(value.get(), buffer, level);
+    WriteValue<XmlWriter>(value.get(), buffer, level);
     buffer.Flush();
 }
 

@@ -1,4 +1,5 @@
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -12,13 +13,11 @@ namespace {
 class Leads {
 public:
     std::string Lead(std::size_t place, int variant, const std::string& name) {
-        TextBuffer out;
-        _cache.Append(out, place, variant, name, [&](TextBuffer& lead) {
+        return std::string(_cache.Get(place, variant, name, [&](TextBuffer& lead) {
             ++_made;
             lead += name;
             lead += std::to_string(variant);
-        });
-        return std::string(out.View());
+        }));
     }
     int Made() const { return _made; }
 
@@ -78,7 +77,7 @@ TEST(LeadCache, RemembersNoLongTexts) {
     }
 }
 
-TEST(LeadCache, AppendsTextsOfEverySize) {
+TEST(LeadCache, GivesTextsOfEverySizeInWholeBlocks) {
     const std::vector<std::string> names = [] {
         std::vector<std::string> all;
         for (std::size_t size = 0; size < 150; ++size) {
@@ -91,7 +90,9 @@ TEST(LeadCache, AppendsTextsOfEverySize) {
     std::string expected;
     for (int round = 0; round < 3; ++round) {
         for (std::size_t i = 0; i < names.size(); ++i) {
-            cache.Append(out, i, 0, names[i], [&](TextBuffer& lead) { lead += names[i]; });
+            const auto make = [&](TextBuffer& lead) { lead += names[i]; };
+            const std::string_view lead = cache.Get(i, 0, names[i], make);
+            out.EndAt(PutBlocks(out.Room(lead.size()), lead));
             expected += names[i];
         }
     }

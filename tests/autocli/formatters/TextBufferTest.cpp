@@ -86,7 +86,8 @@ TEST(Put, BlocksOverwriteNoMoreThanTheSlack) {
     for (std::size_t size = 0; size <= 70; ++size) {
         const std::string text = Numbered(size + TextBuffer::kSlack);
         std::string written(120, '-');
-        EXPECT_EQ(written.data() + size, PutBlocks(written.data(), text.data(), size));
+        EXPECT_EQ(written.data() + size,
+                  PutBlocks(written.data(), std::string_view(text).substr(0, size)));
         EXPECT_EQ(text.substr(0, size), written.substr(0, size));
         const std::size_t end = size + TextBuffer::kSlack;
         EXPECT_EQ(std::string(120 - end, '-'), written.substr(end));
