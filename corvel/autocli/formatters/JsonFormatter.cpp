@@ -103,7 +103,7 @@ private:
     static char* PutFieldEnd(char* at, bool last) { return last ? Put(at, "\n") : Put(at, ",\n"); }
 
     std::string_view Lead(const FieldPlace& field) {
-        return _leads.Get(field.place, _level, field.name, [&](TextBuffer& lead) {
+        return _leads.Get(field.place, _level, &field.name, [&](TextBuffer& lead) {
             AppendIndent(lead, _level);
             lead += "   \"";
             lead += field.name;

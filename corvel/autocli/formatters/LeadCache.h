@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <cstring>
 #include <memory>
-#include <string>
 #include <string_view>
 
 #include "corvel/autocli/formatters/TextBuffer.h"
@@ -21,28 +20,26 @@ class LeadCache {
 public:
     /// A place for the first of several texts. Structures that share their names have them at the
     /// same addresses, so that the same place serves all of them.
-    static std::size_t PlaceOf(const std::string& firstName) {
-        return reinterpret_cast<std::uintptr_t>(&firstName) / alignof(std::max_align_t);
+    static std::size_t PlaceOf(const void* firstName) {
+        return reinterpret_cast<std::uintptr_t>(firstName) / alignof(std::max_align_t);
     }
 
+    /// @param name     its address.
     /// @param place    where it is remembered; should differ for texts that are needed in turn.
     /// @param variant  tells the texts for one name apart, for example by level.
     /// @param make     called with a TextBuffer to append the text to.
     /// @return the text; may be read in whole blocks (PutBlocks), until the next call.
     template <typename Make>
-    std::string_view Get(std::size_t place,
-                         int variant,
-                         const std::string& name,
-                         const Make& make) {
+    std::string_view Get(std::size_t place, int variant, const void* name, const Make& make) {
         const auto spread = static_cast<std::size_t>(variant) * kVariantStep;
         Lead& lead = _leads[(place + spread) % kPlaces];
-        if (lead.name != &name || lead.variant != variant) {
+        if (lead.name != name || lead.variant != variant) {
             _made.Clear();
             make(_made);
             if (_made.Size() > kMostSize) {
                 return _made.View();
             }
-            lead.name = &name;
+            lead.name = name;
             lead.variant = variant;
             lead.size = static_cast<std::uint32_t>(_made.Size());
             std::memcpy(lead.text.data(), _made.View().data(), lead.size);
@@ -58,7 +55,7 @@ private:
     static_assert(kMostSize % TextBuffer::kSlack == 0, "whole blocks are copied");
 
     struct Lead {
-        const std::string* name = nullptr;
+        const void* name = nullptr;
         std::int32_t variant = 0;
         std::uint32_t size = 0;
         std::array<char, kMostSize> text;  // not set beyond its size

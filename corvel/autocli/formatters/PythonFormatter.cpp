@@ -66,7 +66,7 @@ private:
         }
     }
     std::string_view Lead(const FieldPlace& field) {
-        return _leads.Get(field.place, 0, field.name, [&](TextBuffer& lead) {
+        return _leads.Get(field.place, 0, &field.name, [&](TextBuffer& lead) {
             lead += '"';
             lead += field.name;
             lead += "\": ";

@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <map>
 #include <memory>
-#include <optional>
 #include <string>
 #include <utility>
 #include <variant>
@@ -12,6 +11,7 @@
 
 #include <boost/algorithm/string/replace.hpp>
 
+#include "corvel/autocli/formatters/FieldFinder.h"
 #include "corvel/autocli/formatters/FieldStyle.h"
 #include "corvel/autocli/formatters/FormatParameters.h"
 #include "corvel/autocli/formatters/LeadCache.h"
@@ -47,8 +47,11 @@ public:
           _typeName(typeName),
           _hasStyles(FieldStyle::IsAnySet(parameters, typeName)) {
         for (const std::string& key : {"fields:" + typeName, std::string("fields")}) {
-            if (!_fieldNames && parameters.HasParameter(key)) {
-                _fieldNames = parameters.GetParameterAsList(key);
+            if (!_choosesFields && parameters.HasParameter(key)) {
+                _choosesFields = true;
+                for (const std::string& name : parameters.GetParameterAsList(key)) {
+                    _chosenFields.emplace_back(name);
+                }
             }
         }
         const std::string headerKey = "header:" + typeName;
@@ -62,10 +65,9 @@ public:
 
     const std::string& TypeName() const { return _typeName; }
 
-    /// The chosen fields; null when all are to be printed.
-    const std::vector<std::string>* FieldNames() const {
-        return _fieldNames ? &*_fieldNames : nullptr;
-    }
+    /// Whether only the chosen fields are to be printed.
+    bool ChoosesFields() const { return _choosesFields; }
+    std::vector<FieldFinder>& ChosenFields() { return _chosenFields; }
 
     /// The header with its tag.
     const std::string& Header() const { return _header; }
@@ -95,7 +97,8 @@ public:
 private:
     const FormatParameters& _parameters;
     std::string _typeName;
-    std::optional<std::vector<std::string>> _fieldNames;
+    bool _choosesFields = false;
+    std::vector<FieldFinder> _chosenFields;
     std::string _header;
     std::string _headerTag;
     bool _hasStyles;
@@ -104,21 +107,24 @@ private:
 
 /// A structure whose printing has begun.
 struct OpenStruct {
+    OpenStruct(const MetaStruct& structure, TypePlan& structurePlan, int structureLevel)
+        : fields(structure), plan(structurePlan), level(structureLevel) {}
+
+    std::size_t Count() const {
+        return plan.ChoosesFields() ? plan.ChosenFields().size() : fields.Count();
+    }
+    const std::string& Name(std::size_t i) const {
+        return plan.ChoosesFields() ? plan.ChosenFields()[i].Name() : fields.Name(i);
+    }
+    ValueView Value(std::size_t i) const {
+        return plan.ChoosesFields() ? plan.ChosenFields()[i].Find(fields) : fields.Value(i);
+    }
+
     MetaObj::StructView fields;
     TypePlan& plan;
     int level;
     std::size_t nameWidth = 0;
     std::size_t next = 0;
-
-    std::size_t Count() const {
-        return plan.FieldNames() != nullptr ? plan.FieldNames()->size() : fields.Count();
-    }
-    const std::string& Name(std::size_t i) const {
-        return plan.FieldNames() != nullptr ? (*plan.FieldNames())[i] : fields.Name(i);
-    }
-    ValueView Value(std::size_t i) const {
-        return plan.FieldNames() != nullptr ? fields.Find(Name(i)) : fields.Value(i);
-    }
 };
 
 /// A list of structures whose printing has begun.
@@ -169,14 +175,14 @@ private:
 
     void BeginStruct(const MetaStruct& structure, int level) {
         TypePlan& plan = PlanOf(structure.GetTypeName());
-        OpenStruct open{MetaObj::StructView(structure), plan, level};
+        _open.emplace_back(std::in_place_type<OpenStruct>, structure, plan, level);
+        auto& open = std::get<OpenStruct>(_open.back());
         AppendHeader(plan.HasHeaderTag() ? plan.HeaderOf(open.fields) : plan.Header(), level);
         if (_alignsFields) {
             for (std::size_t i = 0; i < open.Count(); ++i) {
                 open.nameWidth = std::max(open.nameWidth, open.Name(i).size());
             }
         }
-        _open.emplace_back(std::move(open));
     }
 
     void AppendHeader(const std::string& header, int level) {
@@ -199,36 +205,37 @@ private:
     /// Goes on to the next nested value, which then is what is open last, or closes the structure.
     void Continue(OpenStruct& open) {
         const std::size_t count = open.Count();
+        const std::size_t place = count == 0 ? 0 : LeadCache::PlaceOf(&open.Name(0));
         while (open.next < count) {
             const std::size_t i = open.next++;
-            const std::string& name = open.Name(i);
+            const FieldPlace field{open.Name(i), place + i, open.next == count};
             const ValueView value = open.Value(i);
             if (value.kind == ValueKind::Null) {
                 _out += "Error getting field ";
-                _out += name;
+                _out += field.name;
                 _out += '\n';
                 break;
             }
             if (value.type == MetaType::Struct || value.type == MetaType::List) {
-                AppendName(open, i);
+                AppendName(open, field);
                 if (value.type == MetaType::Struct) {
                     _out += '\n';
                 }
                 Begin(value, open.level + kNestedLevels);
                 return;
             }
-            AppendField(open, i, value);
+            AppendField(open, field, value);
         }
         _open.pop_back();
     }
 
-    void AppendField(const OpenStruct& open, std::size_t i, const ValueView& value) {
+    void AppendField(const OpenStruct& open, const FieldPlace& field, const ValueView& value) {
         if (_alignsFields || open.plan.HasStyles()) {
-            AppendName(open, i);
-            open.plan.StyleOf(open.Name(i)).Append(_out, value);
+            AppendName(open, field);
+            open.plan.StyleOf(field.name).Append(_out, value);
             _out += '\n';
         } else {
-            const std::string_view lead = Lead(open, i);
+            const std::string_view lead = Lead(open, field);
             char* const at = PutBlocks(_out.Room(lead.size() + kScalarRoom), lead);
             _out.EndAt(Put(PutScalar(at, value), "\n"));
         }
@@ -250,23 +257,21 @@ private:
     }
 
     /// What stands before a value, as far as it is the same for structures alike.
-    std::string_view Lead(const OpenStruct& open, std::size_t i) {
-        const std::string& name = open.Name(i);
-        const std::size_t place = LeadCache::PlaceOf(open.Name(0)) + i;
-        return _leads.Get(place, open.level, name, [&](TextBuffer& lead) {
+    std::string_view Lead(const OpenStruct& open, const FieldPlace& field) {
+        return _leads.Get(field.place, open.level, &field.name, [&](TextBuffer& lead) {
             AppendIndent(lead, open.level);
             lead += kFieldIndent;
-            lead += name;
+            lead += field.name;
             if (!_alignsFields) {
                 lead += kNameEnd;
             }
         });
     }
 
-    void AppendName(const OpenStruct& open, std::size_t i) {
-        _out += Lead(open, i);
+    void AppendName(const OpenStruct& open, const FieldPlace& field) {
+        _out += Lead(open, field);
         if (_alignsFields) {
-            _out.Fill(open.nameWidth - open.Name(i).size(), ' ');
+            _out.Fill(open.nameWidth - field.name.size(), ' ');
             _out += kNameEnd;
         }
     }
@@ -297,8 +302,12 @@ private:
     }
 
     TypePlan& PlanOf(const std::string& typeName) {
-        if (_recentPlan == nullptr || _recentPlan->TypeName() != typeName) {
-            _recentPlan = &_plans.try_emplace(typeName, _parameters, typeName).first->second;
+        // Structures alike share their type name, so that its address says enough as a rule.
+        if (_recentTypeName != &typeName) {
+            if (_recentPlan == nullptr || _recentPlan->TypeName() != typeName) {
+                _recentPlan = &_plans.try_emplace(typeName, _parameters, typeName).first->second;
+            }
+            _recentTypeName = &typeName;
         }
         return *_recentPlan;
     }
@@ -306,6 +315,7 @@ private:
     const FormatParameters& _parameters;
     const bool _alignsFields;
     std::map<std::string, TypePlan> _plans;  // by type name
+    const std::string* _recentTypeName = nullptr;
     TypePlan* _recentPlan = nullptr;
     std::vector<std::variant<OpenStruct, OpenList>> _open;
     LeadCache _leads;

@@ -5,11 +5,14 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include <boost/algorithm/string/classification.hpp>
 #include <boost/algorithm/string/trim.hpp>
 
 #include "corvel/autocli/formatters/DisplayContext.h"
+#include "corvel/autocli/formatters/FieldFinder.h"
 #include "corvel/autocli/formatters/FieldRendering.h"
 #include "corvel/autocli/formatters/FieldStyle.h"
 #include "corvel/autocli/formatters/FormatParameters.h"
@@ -35,14 +38,17 @@ constexpr std::size_t kGap = 2;
 
 /// One position of a row. Columns of the same name have the same cells.
 struct Column {
-    std::string name;
-    bool isPath = false;
+    explicit Column(std::string name)
+        : field(std::move(name)),
+          isPath(Name().find('.') != std::string::npos),
+          width(Name().size() + kGap) {}
+
+    const std::string& Name() const { return field.Name(); }
+
+    FieldFinder field;
+    bool isPath;
     /// Of the longest cell or the name, and the gap.
-    std::size_t width = 0;
-    /// Where the row before had the field, and its name there: rows that share their names have it
-    /// at the same place.
-    std::size_t place = 0;
-    const std::string* nameAtPlace = nullptr;
+    std::size_t width;
 };
 
 std::vector<Column> ReadColumns(const FormatParameters& parameters, const MetaStruct& definition) {
@@ -60,9 +66,7 @@ std::vector<Column> ReadColumns(const FormatParameters& parameters, const MetaSt
     std::vector<Column> columns;
     for (std::string& name : names) {
         boost::trim_if(name, boost::is_any_of(" \t\f\v\n\r"));
-        const bool isPath = name.find('.') != std::string::npos;
-        const std::size_t width = name.size() + kGap;
-        columns.push_back({.name = std::move(name), .isPath = isPath, .width = width});
+        columns.emplace_back(std::move(name));
     }
     return columns;
 }
@@ -119,7 +123,7 @@ private:
             Column& column = _columns[i];
             const ValueView value = Find(row, fields, column, nested);
             if (value.kind == ValueKind::Null) {
-                _out += "Error: Unknown field in field list: " + column.name + "\n";
+                _out += "Error: Unknown field in field list: " + column.Name() + "\n";
                 return false;
             }
             const std::size_t size = RenderCell(value, styles[i]);
@@ -148,37 +152,10 @@ private:
                           Column& column,
                           std::shared_ptr<MetaObject>& nested) {
         if (!column.isPath) {
-            return FindField(fields, column);
+            return column.field.Find(fields);
         }
-        nested = GetSubField(std::static_pointer_cast<MetaStruct>(row), column.name);
+        nested = GetSubField(std::static_pointer_cast<MetaStruct>(row), column.Name());
         return MetaObj::View(nested.get());
-    }
-
-    static ValueView FindField(const MetaObj::StructView& fields, Column& column) {
-        if (column.place < fields.Count()) {
-            const std::string* name = &fields.Name(column.place);
-            if (name == column.nameAtPlace || *name == column.name) {
-                column.nameAtPlace = name;
-                return fields.Value(column.place);
-            }
-        }
-        column.place = PlaceOf(fields, column.name);
-        return fields.Find(column.name);
-    }
-
-    /// Where the field stands, or would stand: field names ascend.
-    static std::size_t PlaceOf(const MetaObj::StructView& fields, const std::string& name) {
-        std::size_t begin = 0;
-        std::size_t end = fields.Count();
-        while (begin < end) {
-            const std::size_t middle = begin + (end - begin) / 2;
-            if (fields.Name(middle) < name) {
-                begin = middle + 1;
-            } else {
-                end = middle;
-            }
-        }
-        return begin;
     }
 
     /// One style for each column.
@@ -187,7 +164,7 @@ private:
             const auto [found, isNew] = _styles.try_emplace(typeName);
             if (isNew) {
                 for (const Column& column : _columns) {
-                    found->second.emplace_back(_parameters, typeName, column.name);
+                    found->second.emplace_back(_parameters, typeName, column.Name());
                 }
             }
             _recentStyles = &*found;
@@ -200,7 +177,7 @@ private:
             return;
         }
         for (const Column& column : _columns) {
-            AppendPadded(_out, column.name, IsLast(column) ? 0 : column.width);
+            AppendPadded(_out, column.Name(), IsLast(column) ? 0 : column.width);
         }
         _out += '\n';
         if (_parameters.GetParameter("header-line") != "false") {
@@ -212,7 +189,7 @@ private:
     void WriteHeaderLine() {
         for (const Column& column : _columns) {
             if (IsLast(column)) {
-                _out.Fill(column.name.size(), '-');
+                _out.Fill(column.Name().size(), '-');
             } else {
                 _out.Fill(column.width - kGap, '-');
                 _out.Fill(kGap, ' ');
@@ -260,7 +237,7 @@ private:
         std::shared_ptr<MetaObject> nested;
         const ValueView value = Find(row, fields, column, nested);
         if (value.kind == ValueKind::Null) {
-            _out += "Unknown column " + column.name;
+            _out += "Unknown column " + column.Name();
             return false;
         }
         TextBuffer text;
@@ -275,10 +252,10 @@ private:
             _parameters.GetParameter("wrap-last") != "true") {
             return 0;
         }
-        const std::string& lastName = _columns.back().name;
+        const std::string& lastName = _columns.back().Name();
         std::size_t indent = 0;
         for (const Column& column : _columns) {
-            indent += column.name == lastName ? 0 : column.width;
+            indent += column.Name() == lastName ? 0 : column.width;
         }
         const bool hasRoom = indent + lastName.size() <= static_cast<std::size_t>(_screenWidth);
         return hasRoom ? indent : 0;

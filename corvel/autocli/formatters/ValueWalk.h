@@ -88,7 +88,7 @@ private:
     /// is only for such a child that a structure or list is left and come back to.
     void Continue(Container& container, const MetaObj::StructView& fields) {
         const std::size_t count = fields.Count();
-        const std::size_t place = count == 0 ? 0 : LeadCache::PlaceOf(fields.Name(0));
+        const std::size_t place = count == 0 ? 0 : LeadCache::PlaceOf(&fields.Name(0));
         if (container.next > 0) {
             _writer.EndField(container.next == count);
         }

@@ -41,10 +41,10 @@ constexpr EscapeTable kEscapes{
     {'\'', "&apos;"},
 };
 
-const std::string& TypeWord(MetaType type) {
-    static const std::array<std::string, 5> words{
+std::string_view TypeWord(MetaType type) {
+    static constexpr std::array<std::string_view, 5> kWords{
         "integer", "boolean", "string", "structure", "list"};
-    return words.at(static_cast<std::size_t>(type));
+    return kWords.at(static_cast<std::size_t>(type));
 }
 
 bool HasElement(const ValueView& value) {
@@ -117,7 +117,7 @@ private:
     /// What stands before a scalar.
     std::string_view Lead(const FieldPlace& field, MetaType type) {
         const int variant = _level * kVariants + static_cast<int>(type);
-        return _leads.Get(field.place, variant, field.name, [&](TextBuffer& lead) {
+        return _leads.Get(field.place, variant, &field.name, [&](TextBuffer& lead) {
             AppendFieldOpening(lead, field.name);
             AppendOpening(lead, type, _level + kNestedLevels);
         });
@@ -125,7 +125,7 @@ private:
     /// What stands behind it.
     std::string_view End(MetaType type) {
         const auto place = static_cast<std::size_t>(type);
-        return _ends.Get(place, _level * kVariants, TypeWord(type), [&](TextBuffer& end) {
+        return _ends.Get(place, _level * kVariants, TypeWord(type).data(), [&](TextBuffer& end) {
             AppendClosing(end, type);
             AppendFieldClosing(end);
         });

@@ -13,7 +13,7 @@ namespace {
 class Leads {
 public:
     std::string Lead(std::size_t place, int variant, const std::string& name) {
-        return std::string(_cache.Get(place, variant, name, [&](TextBuffer& lead) {
+        return std::string(_cache.Get(place, variant, &name, [&](TextBuffer& lead) {
             ++_made;
             lead += name;
             lead += std::to_string(variant);
@@ -91,7 +91,7 @@ TEST(LeadCache, GivesTextsOfEverySizeInWholeBlocks) {
     for (int round = 0; round < 3; ++round) {
         for (std::size_t i = 0; i < names.size(); ++i) {
             const auto make = [&](TextBuffer& lead) { lead += names[i]; };
-            const std::string_view lead = cache.Get(i, 0, names[i], make);
+            const std::string_view lead = cache.Get(i, 0, &names[i], make);
             out.EndAt(PutBlocks(out.Room(lead.size()), lead));
             expected += names[i];
         }
