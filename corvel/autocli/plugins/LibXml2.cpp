@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <cstdlib>
-#include <memory>
 #include <string>
 
 #include "corvel/metaobj/CorvelException.h"
@@ -32,41 +31,36 @@ struct DlopenNote {
     throw CorvelException("Unable to load libxml2: " + reason);
 }
 
-template <typename Symbol>
-void Find(const SharedLibrary& library, const char* name, Symbol& symbol) {
+const SharedLibrary& Load() {
     std::string reason;
-    void* address = library.FindSymbol(name, reason);
-    if (address == nullptr) {
+    const SharedLibrary* library =
+        SharedLibrary::Load(CORVEL_LIBXML2_SONAME, reason, SharedLibrary::Scope::Local).release();
+    if (library == nullptr) {
         RefuseToLoad(reason);
     }
-    symbol = reinterpret_cast<Symbol>(address);
+    return *library;
 }
 
 }  // namespace
+
+template <typename Symbol>
+Symbol LibXml2::Find(const char* name) const {
+    std::string reason;
+    void* address = _library.FindSymbol(name, reason);
+    if (address == nullptr) {
+        RefuseToLoad(reason);
+    }
+    return reinterpret_cast<Symbol>(address);
+}
 
 const LibXml2& LibXml2::Get() {
     static const LibXml2 library;
     return library;
 }
 
-LibXml2::LibXml2() {
-    std::string reason;
-    std::unique_ptr<SharedLibrary> library =
-        SharedLibrary::Load(CORVEL_LIBXML2_SONAME, reason, SharedLibrary::Scope::Local);
-    if (library == nullptr) {
-        RefuseToLoad(reason);
-    }
-#define CORVEL_LIBXML2_FIND(name) Find(*library, #name, name);
-    CORVEL_LIBXML2_FUNCTIONS(CORVEL_LIBXML2_FIND)
-#undef CORVEL_LIBXML2_FIND
-    Find(*library, "xmlFree", _free);
-    Find(*library, "__xmlStructuredError", _errorFunction);
-    Find(*library, "__xmlStructuredErrorContext", _errorContext);
-    const char* const* version = nullptr;
-    Find(*library, "xmlParserVersion", version);
-    _version = std::atoi(*version);
+LibXml2::LibXml2()
+    : _library(Load()), _version(std::atoi(*Find<const char* const*>("xmlParserVersion"))) {
     xmlCheckVersion(LIBXML_VERSION);
-    static_cast<void>(library.release());
 }
 
 }  // namespace Corvel::AutoCli

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cstring>
 #include <optional>
 #include <system_error>
 #include <utility>
@@ -33,6 +34,12 @@ namespace {
 
 using Value = std::shared_ptr<MetaObject>;
 
+/// name == literal, without a call: there are millions of names.
+template <std::size_t size>
+bool Is(std::string_view name, const char (&literal)[size]) {
+    return name.size() == size - 1 && std::memcmp(name.data(), literal, size - 1) == 0;
+}
+
 /// Reads a number as `stream >> number` does in the C locale: leading white space and what follows
 /// the digits are passed over; a number out of range is a failure.
 bool ReadInteger(std::string_view text, long& number) {
@@ -55,7 +62,7 @@ long ToInt(const std::string& content) {
 }
 
 bool ToBool(std::string_view content) {
-    return content != "false" && content != "f" && content != "0";
+    return !Is(content, "false") && !Is(content, "f") && !Is(content, "0");
 }
 
 MetaType ListTypeFromWord(std::string_view word) {
@@ -152,7 +159,7 @@ void ValueBuilder::StartInStructure(Container& structure,
     if (structure.place == Place::BeforeValue) {
         structure.place = Place::BehindValue;
         StartValue(name, attributes);
-    } else if (structure.place == Place::BetweenFields && name == "field") {
+    } else if (structure.place == Place::BetweenFields && Is(name, "field")) {
         structure.place = Place::BeforeValue;
         structure.fieldName = attributes.Find("name");
         if (structure.fieldName.empty()) {
@@ -165,15 +172,15 @@ void ValueBuilder::StartInStructure(Container& structure,
 }
 
 void ValueBuilder::StartValue(std::string_view name, const XmlAttributes& attributes) {
-    if (name == "string") {
+    if (Is(name, "string")) {
         StartScalar(Scalar::String);
-    } else if (name == "int") {
+    } else if (Is(name, "int")) {
         StartScalar(Scalar::Int);
-    } else if (name == "bool") {
+    } else if (Is(name, "bool")) {
         StartScalar(Scalar::Bool);
-    } else if (name == "structure") {
+    } else if (Is(name, "structure")) {
         StartStructure(attributes);
-    } else if (name == "list") {
+    } else if (Is(name, "list")) {
         StartList(attributes);
     } else {
         throw CorvelException("Unable to make a MetaObject from a node with tag '" +

@@ -5,10 +5,7 @@
 #include <new>
 #include <utility>
 
-#include <libxml/parser.h>
-#include <libxml/tree.h>
-#include <libxml/xmlerror.h>
-
+#include "corvel/autocli/plugins/LibXml2.h"
 #include "corvel/platform/RegularFile.h"
 
 namespace Corvel::AutoCli {
@@ -25,15 +22,17 @@ bool IsWantOfMemory(const xmlError& error) {
 /// parser's own switch for that is not enough: character decoders report past the parser.
 class ErrorWatch {
 public:
-    ErrorWatch() : _previous(xmlStructuredError), _previousContext(xmlStructuredErrorContext) {
+    ErrorWatch()
+        : _previous(LibXml2::Get().GetErrorFunction()),
+          _previousContext(LibXml2::Get().GetErrorContext()) {
         // libxml2 2.12 made the error const; a generic function fits both.
-        xmlSetStructuredErrorFunc(this, [](void* watch, auto* error) {
+        LibXml2::Get().xmlSetStructuredErrorFunc(this, [](void* watch, auto* error) {
             static_cast<ErrorWatch*>(watch)->_outOfMemory |= IsWantOfMemory(*error);
         });
     }
     ErrorWatch(const ErrorWatch&) = delete;
     ErrorWatch& operator=(const ErrorWatch&) = delete;
-    ~ErrorWatch() { xmlSetStructuredErrorFunc(_previousContext, _previous); }
+    ~ErrorWatch() { LibXml2::Get().xmlSetStructuredErrorFunc(_previousContext, _previous); }
 
     bool SawOutOfMemory() const { return _outOfMemory; }
 
@@ -44,19 +43,19 @@ private:
 };
 
 struct FreeParser {
-    void operator()(xmlParserCtxt* parser) const { xmlFreeParserCtxt(parser); }
+    void operator()(xmlParserCtxt* parser) const { LibXml2::Get().xmlFreeParserCtxt(parser); }
 };
 using Parser = std::unique_ptr<xmlParserCtxt, FreeParser>;
 
 /// Ends the parse as a failed one, before the entity can be used for anything.
 void RefuseEntity(void* context) {
     auto* parser = static_cast<xmlParserCtxt*>(context);
-    xmlStopParser(parser);
+    LibXml2::Get().xmlStopParser(parser);
     parser->wellFormed = 0;
 }
 
 Parser NewParser() {
-    Parser parser(xmlNewParserCtxt());
+    Parser parser(LibXml2::Get().xmlNewParserCtxt());
     if (parser == nullptr) {
         throw std::bad_alloc();
     }
@@ -97,13 +96,12 @@ constexpr int kParseOptions = XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NO
 }  // namespace
 
 void XmlDocument::Free::operator()(_xmlDoc* document) const {
-    xmlFreeDoc(document);
+    LibXml2::Get().xmlFreeDoc(document);
 }
 
 template <typename Read>
 XmlDocument XmlDocument::ParseWith(const Read& read) {
     const ErrorWatch errors;
-    xmlCheckVersion(LIBXML_VERSION);
     const Parser parser = NewParser();
     XmlDocument document(read(parser.get()));
     if (errors.SawOutOfMemory()) {
@@ -117,7 +115,7 @@ XmlDocument XmlDocument::Parse(std::string_view text, const char* name) {
         return XmlDocument(nullptr);
     }
     return ParseWith([text, name](xmlParserCtxt* parser) {
-        return xmlCtxtReadMemory(
+        return LibXml2::Get().xmlCtxtReadMemory(
             parser, text.data(), static_cast<int>(text.size()), name, nullptr, kParseOptions);
     });
 }
@@ -128,14 +126,14 @@ XmlDocument XmlDocument::ParseFile(const std::string& path) {
         return XmlDocument(nullptr);
     }
     XmlDocument document = ParseWith([&reader, &path](xmlParserCtxt* parser) {
-        return xmlCtxtReadIO(
+        return LibXml2::Get().xmlCtxtReadIO(
             parser, FileReader::Read, nullptr, &reader, path.c_str(), nullptr, kParseOptions);
     });
     return reader.HasFailed() ? XmlDocument(nullptr) : std::move(document);
 }
 
 xmlNode* XmlDocument::GetRoot() const {
-    return xmlDocGetRootElement(_document.get());
+    return LibXml2::Get().xmlDocGetRootElement(_document.get());
 }
 
 }  // namespace Corvel::AutoCli

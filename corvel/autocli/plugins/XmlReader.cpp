@@ -291,10 +291,11 @@ XmlAttributes Reading::ReadAttributes(const xmlChar* element,
     return XmlAttributes(_attributes);
 }
 
-/// The parser leaves some references in a value as they are, for the tree to resolve.
+/// The parser leaves some references in a value as they are, for the tree to resolve. A value that
+/// does not end in a zero is a piece of the text and had none.
 std::string_view Reading::AttributeValue(const xmlChar* begin, const xmlChar* end) {
     const std::string_view value = View(begin, end);
-    if (value.find('&') == std::string_view::npos) {
+    if (*end != '\0' || value.find('&') == std::string_view::npos) {
         return value;
     }
     xmlNode* nodes = RequireMemory(
