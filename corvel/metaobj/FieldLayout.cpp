@@ -12,10 +12,6 @@ std::size_t FieldLayout::Find(std::string_view name) const {
     return found == _slots.end() ? kNoSlot : found->second;
 }
 
-std::size_t FieldLayout::Find(std::string_view name, std::size_t guess) const {
-    return guess < _names.size() && *_names[guess] == name ? guess : Find(name);
-}
-
 std::size_t FieldLayout::Add(std::string_view name) {
     const std::size_t slot = _names.size();
     _names.push_back(nullptr);

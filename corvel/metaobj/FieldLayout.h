@@ -35,7 +35,9 @@ public:
     /// @return kNoSlot when there is no such name.
     std::size_t Find(std::string_view name) const;
     /// The same. @param guess  the slot that is tried first; any number will do.
-    std::size_t Find(std::string_view name, std::size_t guess) const;
+    std::size_t Find(std::string_view name, std::size_t guess) const {
+        return guess < _names.size() && *_names[guess] == name ? guess : Find(name);
+    }
     /// Only before the layout is finished. @param name  a new one. @return its slot.
     std::size_t Add(std::string_view name);
 

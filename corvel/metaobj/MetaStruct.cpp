@@ -339,17 +339,18 @@ std::size_t MetaStruct::AddSlot(std::string_view name) {
     return _layout->Add(name);
 }
 
-// A structure that shares its layout is going to have most of the fields, so small ones get their
-// room at once; others grow as vectors do.
+// A structure that shares its layout is going to have most of the fields, so a small one gets its
+// room at once, and no structure more than the layout asks for.
 void MetaStruct::MakeRoom(std::size_t slot) {
     if (slot < _slots.size()) {
         return;
     }
-    if (slot >= _slots.capacity() && _layout->IsFinished()) {
-        const std::size_t wanted = std::max({slot + 1, 2 * _slots.size(), kAbsentFieldsKept});
-        _slots.reserve(std::min(wanted, _layout->Size()));
+    std::size_t size = slot + 1;
+    if (_layout->IsFinished()) {
+        size = std::min(_layout->Size(), std::max({size, 2 * _slots.size(), kAbsentFieldsKept}));
+        _slots.reserve(size);
     }
-    _slots.resize(slot + 1);
+    _slots.resize(size);
 }
 
 std::string MetaStruct::ToString() const {

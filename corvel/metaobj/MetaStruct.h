@@ -70,7 +70,9 @@ public:
 
     bool HasField(const char* name) const;
     bool HasField(const std::string& name) const;
-    /// @return an empty reference when there is no such field.
+    /// @return the same reference each time, until the field is set again: the one that was given,
+    ///   or one that is made of a plain value when first asked for. An empty reference when there is
+    ///   no such field.
     std::shared_ptr<MetaObject> GetField(const char* name) const;
     std::shared_ptr<MetaObject> GetField(const std::string& name) const;
     /// Raises, when there is no such field, the plain `int` 1: deliberately no CorvelException.
