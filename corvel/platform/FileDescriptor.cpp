@@ -4,6 +4,7 @@
 #include <signal.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <ctime>
 #include <utility>
@@ -14,6 +15,20 @@ namespace {
 
 /// As much as a pipe holds by default, so that one read can empty it.
 constexpr std::size_t kChunkSize = 65536;
+
+/// A text that is larger than this is likely to become much larger.
+constexpr std::size_t kLargeText = 2 * kChunkSize;
+constexpr std::size_t kLargestSpareRoom = std::size_t{256} << 20;
+
+/// What is left behind in growing has been touched, and copied; room that is not touched costs
+/// nothing. So a large text grows in larger steps than a string does by itself.
+void Append(std::string& text, std::string_view piece) {
+    const std::size_t size = text.size() + piece.size();
+    if (size > text.capacity() && size > kLargeText) {
+        text.reserve(size + std::min(3 * size, kLargestSpareRoom));
+    }
+    text += piece;
+}
 
 /// Holds SIGPIPE back from this thread. One that was raised meanwhile is consumed, one that was
 /// already pending stays so.
@@ -86,7 +101,7 @@ int FileDescriptor::ReadToEnd(std::string& text) const {
     while (true) {
         const ssize_t size = read(_descriptor, chunk.data(), chunk.size());
         if (size > 0) {
-            text.append(chunk.data(), static_cast<std::size_t>(size));
+            Append(text, {chunk.data(), static_cast<std::size_t>(size)});
         } else if (size == 0) {
             return 0;
         } else if (errno != EINTR) {

@@ -35,11 +35,9 @@ public:
 #define CORVEL_LIBXML2_FUNCTION(name) decltype(&::name) name = Find<decltype(&::name)>(#name)
     CORVEL_LIBXML2_FUNCTION(inputPush);
     CORVEL_LIBXML2_FUNCTION(xmlCheckVersion);
-    CORVEL_LIBXML2_FUNCTION(xmlCtxtReadIO);
     CORVEL_LIBXML2_FUNCTION(xmlCtxtReadMemory);
     CORVEL_LIBXML2_FUNCTION(xmlCtxtUseOptions);
     CORVEL_LIBXML2_FUNCTION(xmlDictQLookup);
-    CORVEL_LIBXML2_FUNCTION(xmlDocGetRootElement);
     CORVEL_LIBXML2_FUNCTION(xmlFreeDoc);
     CORVEL_LIBXML2_FUNCTION(xmlFreeNodeList);
     CORVEL_LIBXML2_FUNCTION(xmlFreeParserCtxt);

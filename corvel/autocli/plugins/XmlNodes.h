@@ -1,14 +1,16 @@
 #pragma once
 
+#include <span>
 #include <string_view>
 
+#include "corvel/autocli/plugins/XmlReader.h"
 #include "corvel/autocli/plugins/XmlUtil.h"
 
 namespace Corvel::AutoCli {
 
-// Walking a parsed document. An element is an element node and nothing else: text, comments, CDATA
-// sections, processing instructions and entity references are passed over. A null node is one
-// without name and children.
+// Nodes of a document that somebody else has parsed. An element is an element node and nothing else:
+// text, comments, CDATA sections, processing instructions and entity references are passed over. A
+// null node is one without name, attributes and content.
 
 /// @return the first element below the node, or null.
 xmlNode* FirstChildElement(const xmlNode* parent);
@@ -19,6 +21,16 @@ xmlNode* NextSiblingElement(const xmlNode* node);
 /// @return the node's name without namespace prefix, empty where it has none; lives as long as the
 ///         node.
 std::string_view NodeName(const xmlNode* node);
+
+/// Hands a node and all that is inside it to a handler, as ReadXml() does with the elements of a
+/// text, whatever its depth. An entity reference gives the text of its entity.
+///
+/// @param name        what to call the node, whatever it is called.
+/// @param attributes  the names of those that are handed over; one that is absent comes empty.
+void ReportNode(xmlNode* node,
+                std::string_view name,
+                std::span<const std::string_view> attributes,
+                XmlHandler& handler);
 
 /// The elements below one node, in document order:
 ///   for (xmlNode* child : ChildElements(node)) ..

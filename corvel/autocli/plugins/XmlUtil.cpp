@@ -1,7 +1,6 @@
 #include "corvel/autocli/plugins/XmlUtil.h"
 
 #include <array>
-#include <cstddef>
 #include <new>
 #include <string_view>
 
@@ -50,55 +49,12 @@ xmlNode* OnlyChild(const xmlNode* node, std::string_view tag, const Refusal& ref
     return found;
 }
 
-void ReportStart(xmlNode* node, std::string_view name, XmlHandler& handler) {
-    // All that mean something in a value.
-    static constexpr std::array<const char*, 3> kNames = {"type", "typeName", "name"};
-    std::array<std::string, kNames.size()> values;
-    std::array<XmlAttribute, kNames.size()> attributes;
-    for (std::size_t i = 0; i < kNames.size(); ++i) {
-        values[i] = XmlUtil_ExtractAttribute(node, kNames[i]);
-        attributes[i] = {kNames[i], values[i]};
-    }
-    handler.StartElement(name, XmlAttributes(attributes));
-}
-
-/// Reports a node that was just entered.
-/// @return whether there is more to report below it.
-bool ReportEntered(xmlNode* node, XmlHandler& handler) {
-    if (node->type == XML_ELEMENT_NODE) {
-        ReportStart(node, NodeName(node), handler);
-        if (node->children != nullptr) {
-            return true;
-        }
-        handler.EndElement();
-    } else if (node->type == XML_TEXT_NODE || node->type == XML_CDATA_SECTION_NODE ||
-               node->type == XML_ENTITY_REF_NODE) {
-        handler.Text(XmlUtil_GetContent(node));
-    }
-    return false;
-}
-
-void ReportBelow(xmlNode* top, XmlHandler& handler) {
-    xmlNode* node = top->children;
-    while (node != nullptr) {
-        if (ReportEntered(node, handler)) {
-            node = node->children;
-            continue;
-        }
-        while (node->next == nullptr && node->parent != top) {
-            node = node->parent;
-            handler.EndElement();
-        }
-        node = node->next;
-    }
-}
-
 /// @param name  as what to build the node, whatever it is called.
 std::shared_ptr<MetaObject> BuildValue(xmlNode* node, std::string_view name) {
+    // All that mean something in a value.
+    static constexpr std::array<std::string_view, 3> kAttributes = {"type", "typeName", "name"};
     ValueBuilder builder;
-    ReportStart(node, name, builder);
-    ReportBelow(node, builder);
-    builder.EndElement();
+    ReportNode(node, name, kAttributes, builder);
     return builder.TakeValue();
 }
 

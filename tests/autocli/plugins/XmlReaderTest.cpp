@@ -21,6 +21,7 @@
 #include "corvel/autocli/plugins/XmlReader.h"
 #include "corvel/autocli/plugins/XmlUtil.h"
 #include "corvel/metaobj/CorvelException.h"
+#include "corvel/metaobj/MetaObject.h"
 #include "tests/support/TemporaryDirectory.h"
 #include "tests/support/ThrownText.h"
 
@@ -253,6 +254,18 @@ TEST(XmlReader, WantOfMemoryNeverTurnsIntoAnythingElse) {
         const std::string path = folder.Write("file.xml", text);
         ExpectNotesOrWantOfMemory(expected, [&path] { return ReadFile(path); });
     }
+}
+
+TEST(XmlReader, WantOfMemoryNeverTurnsIntoALostOrOtherValue) {
+    const std::string text =
+        "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?><o><structure typeName=\"Disk\">"
+        "<field name=\"a\"><int>1</int></field><field name=\"b\"><string>t&amp;&#233;xt</string>"
+        "</field></structure></o>";
+    const std::string expected = XmlUtil_ParseXmlOutput(text)->ToString();
+    ExpectNotesOrWantOfMemory(expected, [&text] {
+        const auto value = XmlUtil_ParseXmlOutput(text);
+        return value == nullptr ? "refused" : value->ToString();
+    });
 }
 
 // The tree that libxml2 builds of a text is what the events are held against.
