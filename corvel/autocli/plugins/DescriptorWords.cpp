@@ -2,111 +2,147 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <type_traits>
 
 namespace Corvel::AutoCli {
 namespace {
 
-enum class Text : bool { Ignored, Kept };
-
-struct Entry {
-    std::string_view spelling;
-    Text text;
+/// In the order of the words.
+constexpr std::array<std::string_view, static_cast<std::size_t>(Word::Value) + 1> kSpellings = {
+    "",
+    "",
+    "command",
+    "commands",
+    "constraint",
+    "enum",
+    "field",
+    "format-parameters",
+    "input-spec",
+    "list",
+    "meta-data",
+    "namespace",
+    "namespaces",
+    "output-spec",
+    "parameter",
+    "range",
+    "structure",
+    "bool",
+    "context-supported",
+    "description",
+    "enum-value",
+    "execute",
+    "format-parameter",
+    "formatter",
+    "int",
+    "meta-data-entry",
+    "regex",
+    "stdin",
+    "string",
+    "version",
+    "max",
+    "min",
+    "name",
+    "path",
+    "required",
+    "secret",
+    "shortname",
+    "type",
+    "typeName",
+    "value",
 };
 
-/// In the order of the words.
-constexpr std::array<Entry, static_cast<std::size_t>(Word::Version) + 1> kWords{{
-    {"", Text::Kept},
-    {"", Text::Kept},
-    {"bool", Text::Kept},
-    {"command", Text::Ignored},
-    {"commands", Text::Ignored},
-    {"constraint", Text::Ignored},
-    {"context-supported", Text::Kept},
-    {"description", Text::Kept},
-    {"enum", Text::Ignored},
-    {"enum-value", Text::Kept},
-    {"execute", Text::Kept},
-    {"field", Text::Ignored},
-    {"format-parameter", Text::Kept},
-    {"format-parameters", Text::Ignored},
-    {"formatter", Text::Kept},
-    {"input-spec", Text::Ignored},
-    {"int", Text::Kept},
-    {"list", Text::Ignored},
-    {"max", Text::Kept},
-    {"meta-data", Text::Ignored},
-    {"meta-data-entry", Text::Kept},
-    {"min", Text::Kept},
-    {"name", Text::Kept},
-    {"namespace", Text::Ignored},
-    {"namespaces", Text::Ignored},
-    {"output-spec", Text::Ignored},
-    {"parameter", Text::Ignored},
-    {"path", Text::Kept},
-    {"range", Text::Ignored},
-    {"regex", Text::Kept},
-    {"required", Text::Kept},
-    {"secret", Text::Kept},
-    {"shortname", Text::Kept},
-    {"stdin", Text::Kept},
-    {"string", Text::Kept},
-    {"structure", Text::Ignored},
-    {"type", Text::Kept},
-    {"typeName", Text::Kept},
-    {"value", Text::Kept},
-    {"version", Text::Kept},
-}};
+/// A spelling as numbers, which are compared at once where texts are compared byte by byte. Not two
+/// spellings of up to 16 characters have the same.
+struct Key {
+    std::uint64_t head = 0;
+    std::uint64_t tail = 0;
+    std::size_t size = 0;
 
-constexpr std::size_t kSlots = 128;
+    friend constexpr bool operator==(const Key&, const Key&) = default;
+};
 
-/// @param spelling  not empty.
-constexpr std::size_t SlotOf(std::string_view spelling) {
-    const auto number = [spelling](std::size_t place) {
-        return static_cast<std::size_t>(static_cast<unsigned char>(spelling[place]));
-    };
-    return (spelling.size() * 5 + number(spelling.size() / 2) * 60 + number(0)) % kSlots;
+template <typename Number>
+constexpr std::uint64_t Load(const char* bytes) {
+    Number number = 0;
+    if (std::is_constant_evaluated()) {
+        for (std::size_t i = sizeof(Number); i-- != 0;) {
+            number = static_cast<Number>((number << 8) | static_cast<unsigned char>(bytes[i]));
+        }
+    } else {
+        std::memcpy(&number, bytes, sizeof(number));
+    }
+    return number;
 }
 
-/// Each word in its slot, and None in the others.
-constexpr std::array<Word, kSlots> MakeSlots() {
-    std::array<Word, kSlots> slots{};
-    for (std::size_t word = 0; word < kWords.size(); ++word) {
-        if (!kWords[word].spelling.empty()) {
-            slots[SlotOf(kWords[word].spelling)] = static_cast<Word>(word);
+/// Both ends of the spelling, which meet or overlap up to 16 characters.
+constexpr Key KeyOf(std::string_view spelling) {
+    const char* begin = spelling.data();
+    const std::size_t size = spelling.size();
+    if (size >= 8) {
+        return {Load<std::uint64_t>(begin), Load<std::uint64_t>(begin + size - 8), size};
+    }
+    if (size >= 4) {
+        return {Load<std::uint32_t>(begin), Load<std::uint32_t>(begin + size - 4), size};
+    }
+    if (size >= 2) {
+        return {Load<std::uint16_t>(begin), Load<std::uint16_t>(begin + size - 2), size};
+    }
+    return {size == 0 ? 0U : Load<std::uint8_t>(begin), 0, size};
+}
+
+struct Slot {
+    Key key;
+    Word word = Word::Other;
+};
+
+constexpr std::size_t kSlotBits = 7;
+
+constexpr std::size_t SlotOf(const Key& key) {
+    return ((key.head + key.tail) * 0xac738c8ca5be6d6bU) >> (64 - kSlotBits);
+}
+
+/// Each word in its slot.
+constexpr std::array<Slot, std::size_t{1} << kSlotBits> MakeSlots() {
+    std::array<Slot, std::size_t{1} << kSlotBits> slots{};
+    for (std::size_t word = 0; word < kSpellings.size(); ++word) {
+        if (!kSpellings[word].empty()) {
+            const Key key = KeyOf(kSpellings[word]);
+            slots[SlotOf(key)] = {key, static_cast<Word>(word)};
         }
     }
     return slots;
 }
 
-constexpr std::array<Word, kSlots> kSlotWords = MakeSlots();
+constexpr auto kSlots = MakeSlots();
 
 constexpr bool HaveAllWordsTheirOwnSlots() {
-    for (std::size_t word = 0; word < kWords.size(); ++word) {
-        const std::string_view spelling = kWords[word].spelling;
-        if (!spelling.empty() && kSlotWords[SlotOf(spelling)] != static_cast<Word>(word)) {
+    for (std::size_t word = 0; word < kSpellings.size(); ++word) {
+        const std::string_view spelling = kSpellings[word];
+        if (!spelling.empty() && kSlots[SlotOf(KeyOf(spelling))].word != static_cast<Word>(word)) {
             return false;
         }
     }
     return true;
 }
-static_assert(HaveAllWordsTheirOwnSlots(), "find other factors in SlotOf()");
+static_assert(HaveAllWordsTheirOwnSlots(), "find another factor for SlotOf()");
+
+constexpr std::size_t kLongestExactKey = 16;
 
 }  // namespace
 
 Word WordOf(std::string_view spelling) {
-    if (spelling.empty()) {
+    const Key key = KeyOf(spelling);
+    const Slot& slot = kSlots[SlotOf(key)];
+    if (slot.key != key || (key.size > kLongestExactKey && SpellingOf(slot.word) != spelling)) {
         return Word::Other;
     }
-    const Word word = kSlotWords[SlotOf(spelling)];
-    return word != Word::None && SpellingOf(word) == spelling ? word : Word::Other;
+    return slot.word;
 }
 
 std::string_view SpellingOf(Word word) {
-    return kWords[static_cast<std::size_t>(word)].spelling;
-}
-
-bool HoldsElementsOnly(Word word) {
-    return kWords[static_cast<std::size_t>(word)].text == Text::Ignored;
+    return kSpellings[static_cast<std::size_t>(word)];
 }
 
 }  // namespace Corvel::AutoCli

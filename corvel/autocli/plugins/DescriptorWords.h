@@ -9,44 +9,50 @@ namespace Corvel::AutoCli {
 enum class Word : std::uint8_t {
     None,   ///< no word at all
     Other,  ///< one that means nothing
-    Bool,
+
+    // Elements that are there for the elements in them alone.
     Command,
     Commands,
     Constraint,
-    ContextSupported,
-    Description,
     Enum,
-    EnumValue,
-    Execute,
     Field,
-    FormatParameter,
     FormatParameters,
-    Formatter,
     InputSpec,
-    Int,
     List,
-    Max,
     MetaData,
-    MetaDataEntry,
-    Min,
-    Name,
     Namespace,
     Namespaces,
     OutputSpec,
     Parameter,
-    Path,
     Range,
+    Structure,
+
+    // Elements with a text.
+    Bool,
+    ContextSupported,
+    Description,
+    EnumValue,
+    Execute,
+    FormatParameter,
+    Formatter,
+    Int,
+    MetaDataEntry,
     Regex,
+    Stdin,
+    String,
+    Version,
+
+    // Attributes.
+    Max,
+    Min,
+    Name,
+    Path,
     Required,
     Secret,
     ShortName,
-    Stdin,
-    String,
-    Structure,
     Type,
     TypeName,
     Value,
-    Version,
 };
 
 /// @return the word that is spelled so, Other when there is none.
@@ -55,8 +61,9 @@ Word WordOf(std::string_view spelling);
 /// @return how the word is spelled; empty for None and Other.
 std::string_view SpellingOf(Word word);
 
-/// Whether an element of that name is there for the elements in it alone: text that stands directly
-/// in it is never asked for.
-bool HoldsElementsOnly(Word word);
+/// Whether text that stands directly in an element of that name is never asked for.
+constexpr bool HoldsElementsOnly(Word word) {
+    return word >= Word::Command && word <= Word::Structure;
+}
 
 }  // namespace Corvel::AutoCli

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <string_view>
 #include <utility>
 
 #include "corvel/autocli/Namespace.h"
@@ -11,24 +12,35 @@ namespace Corvel::AutoCli {
 
 namespace {
 
+/// Cuts the first name off a path.
+std::string_view TakeName(std::string_view& path) {
+    const std::size_t end = std::min(path.find('.'), path.size());
+    const std::string_view name = path.substr(0, end);
+    path.remove_prefix(std::min(end + 1, path.size()));
+    return name;
+}
+
 /// Walks from the root through all names but the last.
 ///
-/// @param names  receives the last name alone.
+/// @param name  receives the last name.
 std::shared_ptr<NamespaceNode> WalkToParent(const std::shared_ptr<Namespace>& root,
-                                            std::list<std::string>& names) {
+                                            std::string_view path,
+                                            std::string& name) {
     std::shared_ptr<NamespaceNode> parent = root;
-    while (names.size() > 1) {
-        std::shared_ptr<NamespaceNode> child = parent->GetNamespaceNode(names.front());
+    name = TakeName(path);
+    while (!path.empty()) {
+        std::shared_ptr<NamespaceNode> child = parent->GetNamespaceNode(name);
         if (child == nullptr) {
-            throw CorvelException("Unable to find a command or namespace with the name '" +
-                                  names.front() + "' in namespace " + parent->GetPathString(' '));
+            throw CorvelException("Unable to find a command or namespace with the name '" + name +
+                                  "' in namespace " + parent->GetPathString(' '));
         }
-        names.pop_front();
         if (child->GetType() == NamespaceNodeType::Command) {
             // Raises the command's own refusal of everything that follows it.
-            child->ResolveNode(names);
+            std::list<std::string> rest = SplitPath(std::string(path));
+            child->ResolveNode(rest);
         }
         parent = std::move(child);
+        name = TakeName(path);
     }
     return parent;
 }
@@ -55,11 +67,8 @@ void CheckCollision(const PathRegistration& registration,
 
 std::list<std::string> SplitPath(const std::string& path) {
     std::list<std::string> names;
-    std::size_t begin = 0;
-    while (begin < path.size()) {
-        const std::size_t end = std::min(path.find('.', begin), path.size());
-        names.push_back(path.substr(begin, end - begin));
-        begin = end + 1;
+    for (std::string_view rest = path; !rest.empty();) {
+        names.emplace_back(TakeName(rest));
     }
     return names;
 }
@@ -74,13 +83,12 @@ void Register(const PathRegistration& registration,
     if (registration.node == nullptr) {
         throw CorvelException("Invalid null node: " + registration.path);
     }
-    std::list<std::string> names = SplitPath(registration.path);
-    const bool isTopLevel = names.size() == 1;
-    const std::shared_ptr<NamespaceNode> parent = WalkToParent(root, names);
-    if (const auto existing = parent->GetNamespaceNode(names.front())) {
-        CheckCollision(registration, *existing, isTopLevel);
+    std::string name;
+    const std::shared_ptr<NamespaceNode> parent = WalkToParent(root, registration.path, name);
+    if (const auto existing = parent->GetNamespaceNode(name)) {
+        CheckCollision(registration, *existing, parent == root);
     } else {
-        parent->RegisterNamespaceNode(registration.node, names.front());
+        parent->RegisterNamespaceNode(registration.node, std::move(name));
     }
 }
 

@@ -82,15 +82,6 @@ XmlElement SingleChild(XmlElement element, Word name) {
     return found;
 }
 
-bool HasChild(XmlElement element, Word name) {
-    for (const XmlElement child : element.Children()) {
-        if (child.GetWord() == name) {
-            return true;
-        }
-    }
-    return false;
-}
-
 /// @param take  is given the value of each entry, and tells whether it will do.
 template <typename Take>
 bool IsEnum(XmlElement constraint, const Take& take) {
@@ -156,17 +147,34 @@ bool IsSecret(std::string_view word, ParameterType type) {
     return word.empty() || word == "false" || (word == "true" && type == ParameterType::String);
 }
 
+bool HasSoundAttributes(XmlElement parameter, ParameterType type) {
+    return IsParameterName(parameter.Attribute(Word::Name)) &&
+           IsShortName(parameter.Attribute(Word::ShortName)) &&
+           IsSecret(parameter.Attribute(Word::Secret), type) &&
+           TruthOfWord(parameter.Attribute(Word::Required));
+}
+
 bool IsParameter(XmlElement parameter) {
     const std::optional<ParameterType> type = ParameterTypeOfWord(parameter.Attribute(Word::Type));
-    if (!type || !IsParameterName(parameter.Attribute(Word::Name)) ||
-        !IsShortName(parameter.Attribute(Word::ShortName)) ||
-        !IsSecret(parameter.Attribute(Word::Secret), *type) ||
-        !TruthOfWord(parameter.Attribute(Word::Required)) ||
-        !SingleChild(parameter, Word::Description).HasContent()) {
+    if (!type || !HasSoundAttributes(parameter, *type)) {
         return false;
     }
-    const XmlElement constraint = SingleChild(parameter, Word::Constraint);
-    return constraint ? IsConstraintFor(*type, constraint) : !HasChild(parameter, Word::Constraint);
+    bool isDescribed = false;
+    bool isConstrained = false;
+    for (const XmlElement child : parameter.Children()) {
+        if (child.GetWord() == Word::Description) {
+            if (isDescribed || !child.HasContent()) {
+                return false;
+            }
+            isDescribed = true;
+        } else if (child.GetWord() == Word::Constraint) {
+            if (isConstrained || !IsConstraintFor(*type, child)) {
+                return false;
+            }
+            isConstrained = true;
+        }
+    }
+    return isDescribed;
 }
 
 /// The element in which a value may hold others, and what they may be.

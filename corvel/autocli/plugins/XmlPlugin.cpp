@@ -1,5 +1,6 @@
 #include "corvel/autocli/plugins/XmlPlugin.h"
 
+#include <cstddef>
 #include <string_view>
 #include <utility>
 
@@ -15,6 +16,18 @@
 #include "corvel/metaobj/NullText.h"
 
 namespace Corvel::AutoCli {
+
+namespace {
+
+std::size_t CountChildren(XmlElement element) {
+    std::size_t count = 0;
+    for ([[maybe_unused]] const XmlElement child : element.Children()) {
+        ++count;
+    }
+    return count;
+}
+
+}  // namespace
 
 std::shared_ptr<XmlPlugin> XmlPlugin::New(const char* file) {
     return New(std::string(MetaObj::TextOrEmpty(file)));
@@ -59,6 +72,7 @@ void XmlPlugin::AddDescriptor(const Tree& tree) {
         throw CorvelException("Unable to find any namespaces or commands to register for plugin " +
                               _file);
     }
+    _registrations.reserve(CountChildren(namespaces) + CountChildren(commands));
     AddNamespaces(namespaces);
     AddCommands(tree, commands);
 }

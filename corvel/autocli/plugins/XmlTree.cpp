@@ -1,76 +1,26 @@
 #include "corvel/autocli/plugins/XmlTree.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <cstring>
 #include <limits>
 #include <stdexcept>
+#include <utility>
 
 namespace Corvel::AutoCli {
 namespace {
 
-using Size = std::uint32_t;
+using namespace XmlTreeBytes;
 
-/// What stands before every element, attribute and text: its word and the size of what follows.
-constexpr std::size_t kHeadSize = 1 + sizeof(Size);
-
-struct Head {
-    Word word;
-    std::string_view rest;
-};
-
-Word WordAt(const char* at) {
-    return static_cast<Word>(*at);
-}
-
-Head ReadHead(const char* at) {
-    Size size = 0;
-    std::memcpy(&size, at + 1, sizeof(size));
-    return {WordAt(at), {at + kHeadSize, size}};
-}
-
-const char* EndOf(std::string_view text) {
-    return text.data() + text.size();
-}
-
-/// @return where the attributes of an element begin.
-const char* AttributesOf(const Head& element) {
-    const char* begin = element.rest.data();
-    return element.word == Word::Other ? begin + std::strlen(begin) + 1 : begin;
-}
-
-/// @param at  an attribute, or the zero behind the last.
-/// @return where the content begins.
-const char* SkipAttributes(const char* at) {
-    while (WordAt(at) != Word::None) {
-        at = EndOf(ReadHead(at).rest);
-    }
-    return at + 1;
-}
-
-const char* ContentOf(const Head& element) {
-    return SkipAttributes(AttributesOf(element));
-}
-
-void SetSize(std::string& bytes, std::size_t head) {
-    const std::size_t size = bytes.size() - head - kHeadSize;
+Size Narrow(std::size_t size) {
     if (size > std::numeric_limits<Size>::max()) {
         throw std::length_error("XML tree too large");
     }
-    const auto narrow = static_cast<Size>(size);
-    std::memcpy(&bytes[head + 1], &narrow, sizeof(narrow));
+    return static_cast<Size>(size);
 }
 
-/// @return where the head is, whose size is still to be set.
-std::size_t AddHead(std::string& bytes, Word word) {
-    const std::size_t head = bytes.size();
-    bytes.append(kHeadSize, '\0');
-    bytes[head] = static_cast<char>(word);
-    return head;
-}
-
-void Add(std::string& bytes, Word word, std::string_view text) {
-    const std::size_t head = AddHead(bytes, word);
-    bytes.append(text);
-    SetSize(bytes, head);
+void PutSize(char* at, Size size) {
+    std::memcpy(at, &size, sizeof(size));
 }
 
 }  // namespace
@@ -86,22 +36,7 @@ XmlElement XmlTree::Root() const {
 
 std::string_view XmlElement::Name() const {
     const Word word = GetWord();
-    return word == Word::Other ? std::string_view(_bytes + kHeadSize) : SpellingOf(word);
-}
-
-std::string_view XmlElement::Attribute(Word name) const {
-    if (_bytes == nullptr) {
-        return {};
-    }
-    const char* at = AttributesOf(ReadHead(_bytes));
-    while (WordAt(at) != Word::None) {
-        const auto [word, value] = ReadHead(at);
-        if (word == name) {
-            return value;
-        }
-        at = EndOf(value);
-    }
-    return {};
+    return word == Word::Other ? std::string_view(_bytes + kElementHead) : SpellingOf(word);
 }
 
 /// The texts of elements further down are met on the way: what is below an element lies in it.
@@ -110,15 +45,15 @@ void XmlElement::ForEachText(const Take& take) const {
     if (_bytes == nullptr) {
         return;
     }
-    const Head element = ReadHead(_bytes);
-    const char* at = ContentOf(element);
-    while (at != EndOf(element.rest)) {
-        const Head item = ReadHead(at);
-        if (item.word == Word::None) {
-            take(item.rest);
-            at = EndOf(item.rest);
+    const char* const end = EndOf(BodyOf(_bytes));
+    const char* at = ContentOf(_bytes);
+    while (at != end) {
+        if (WordAt(at) == Word::None) {
+            const std::string_view text = PieceAt(at).text;
+            take(text);
+            at = EndOf(text);
         } else {
-            at = ContentOf(item);
+            at = ContentOf(at);
         }
     }
 }
@@ -143,21 +78,16 @@ void XmlElement::Replay(XmlHandler& handler) const {
     std::vector<XmlAttribute> attributes;
     const char* at = _bytes;
     do {
-        const Head item = ReadHead(at);
-        if (item.word == Word::None) {
-            handler.Text(item.rest);
-            at = EndOf(item.rest);
+        if (WordAt(at) == Word::None) {
+            const std::string_view text = PieceAt(at).text;
+            handler.Text(text);
+            at = EndOf(text);
         } else {
-            attributes.clear();
-            for (at = AttributesOf(item); WordAt(at) != Word::None;) {
-                const auto [word, value] = ReadHead(at);
-                attributes.push_back({SpellingOf(word), value});
-                at = EndOf(value);
-            }
-            ++at;
-            handler.StartElement(XmlElement(item.rest.data() - kHeadSize).Name(),
-                                 XmlAttributes(attributes));
-            ends.push_back(EndOf(item.rest));
+            const XmlElement element(at);
+            element.GetAttributes(attributes);
+            handler.StartElement(element.Name(), XmlAttributes(attributes));
+            ends.push_back(EndOf(BodyOf(at)));
+            at = ContentOf(at);
         }
         while (!ends.empty() && at == ends.back()) {
             handler.EndElement();
@@ -166,50 +96,69 @@ void XmlElement::Replay(XmlHandler& handler) const {
     } while (!ends.empty());
 }
 
-XmlChildren::XmlChildren(XmlElement parent) {
-    if (parent) {
-        const Head element = ReadHead(parent._bytes);
-        _begin = ContentOf(element);
-        _end = EndOf(element.rest);
+void XmlElement::GetAttributes(std::vector<XmlAttribute>& attributes) const {
+    attributes.clear();
+    for (const char* at = AttributesOf(_bytes); WordAt(at) != Word::None;) {
+        const auto [word, value] = PieceAt(at);
+        attributes.push_back({SpellingOf(word), value});
+        at = EndOf(value);
     }
 }
 
-XmlChildren::Iterator& XmlChildren::Iterator::operator++() {
-    _at = EndOf(ReadHead(_at).rest);
-    SkipTexts();
-    return *this;
-}
-
-void XmlChildren::Iterator::SkipTexts() {
-    while (_at != _end && WordAt(_at) == Word::None) {
-        _at = EndOf(ReadHead(_at).rest);
-    }
-}
-
-XmlTreeBuilder::XmlTreeBuilder() {
-    // Enough for nearly every descriptor. The tree is copied to where it fits exactly in the end, so
-    // this memory serves the next one again.
-    constexpr std::size_t kUsualSize = std::size_t{16} * 1024;
-    _bytes.reserve(kUsualSize);
-}
+// The first row is enough for nearly every descriptor. The tree is copied to where it fits exactly in
+// the end, so this memory serves the next one again.
+XmlTreeBuilder::XmlTreeBuilder()
+    : _capacity(std::size_t{16} * 1024),
+      _bytes(std::make_unique_for_overwrite<char[]>(_capacity)) {}
 
 XmlTreeBuilder::~XmlTreeBuilder() = default;
+
+/// @return where so many more bytes belong.
+char* XmlTreeBuilder::Extend(std::size_t count) {
+    if (count > _capacity - _size) {
+        Grow(count);
+    }
+    char* const place = _bytes.get() + _size;
+    _size += count;
+    return place;
+}
+
+void XmlTreeBuilder::Grow(std::size_t count) {
+    _capacity = std::max(2 * _capacity, _size + count);
+    auto bytes = std::make_unique_for_overwrite<char[]>(_capacity);
+    std::memcpy(bytes.get(), _bytes.get(), _size);
+    _bytes = std::move(bytes);
+}
+
+void XmlTreeBuilder::AddPiece(Word word, std::string_view text) {
+    const bool isLong = text.size() >= kLongLength;
+    char* at = Extend(2 + (isLong ? sizeof(Size) : 0) + text.size());
+    *at++ = static_cast<char>(word);
+    *at++ = static_cast<char>(isLong ? kLongLength : text.size());
+    if (isLong) {
+        PutSize(at, Narrow(text.size()));
+        at += sizeof(Size);
+    }
+    std::memcpy(at, text.data(), text.size());
+}
 
 void XmlTreeBuilder::StartElement(std::string_view name, const XmlAttributes& attributes) {
     const Word word = WordOf(name);
     // Whoever asks for the content of an element wants all that is in it.
     const bool keepsText = !_open.empty() && (_open.back().keepsText || !HoldsElementsOnly(word));
-    _open.push_back({AddHead(_bytes, word), keepsText});
+    _open.push_back({_size, keepsText});
+    *Extend(kElementHead) = static_cast<char>(word);
     if (word == Word::Other) {
-        _bytes.append(name).push_back('\0');
+        std::memcpy(Extend(name.size()), name.data(), name.size());
+        *Extend(1) = '\0';
     }
     for (const auto& [attribute, value] : attributes) {
         const Word attributeWord = WordOf(attribute);
         if (attributeWord != Word::Other) {
-            Add(_bytes, attributeWord, value);
+            AddPiece(attributeWord, value);
         }
     }
-    _bytes.push_back('\0');
+    *Extend(1) = static_cast<char>(Word::None);
 }
 
 void XmlTreeBuilder::Text(std::string_view text) {
@@ -217,17 +166,19 @@ void XmlTreeBuilder::Text(std::string_view text) {
     constexpr std::size_t kLongestText = 10'000'000;
     _isTooLong |= text.size() > kLongestText;
     if (_open.back().keepsText) {
-        Add(_bytes, Word::None, text);
+        AddPiece(Word::None, text);
     }
 }
 
 void XmlTreeBuilder::EndElement() {
-    SetSize(_bytes, _open.back().begin);
+    const std::size_t begin = _open.back().begin;
+    PutSize(_bytes.get() + begin + 1, Narrow(_size - begin - kElementHead));
     _open.pop_back();
 }
 
 std::shared_ptr<const XmlTree> XmlTreeBuilder::Finish() const {
-    return _isTooLong ? nullptr : std::make_shared<const XmlTree>(_bytes);
+    return _isTooLong ? nullptr
+                      : std::make_shared<const XmlTree>(std::string_view(_bytes.get(), _size));
 }
 
 }  // namespace Corvel::AutoCli

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -9,6 +8,7 @@
 
 #include "corvel/autocli/plugins/DescriptorWords.h"
 #include "corvel/autocli/plugins/XmlReader.h"
+#include "corvel/autocli/plugins/XmlTreeBytes.h"
 
 namespace Corvel::AutoCli {
 
@@ -20,12 +20,7 @@ class XmlElement;
 /// holds elements.
 ///
 /// Lean, because a process holds the trees of all its descriptors, and memory that is touched for
-/// the first time costs more than what is read into it. The whole tree is one row of bytes:
-///
-///   element     word (1 byte), size of what follows (4), the name and a zero where the word is
-///               Other, attributes, a zero, texts and elements in the order of the document
-///   attribute   word (1), size (4), value
-///   text        None (1), size (4), text
+/// the first time costs more than what is read into it: XmlTreeBytes.h tells how it lies there.
 ///
 /// Lifetime: never changed once it is made, so everybody may share it. Elements, and the texts that
 ///           they tell, live as long as the tree.
@@ -34,7 +29,7 @@ public:
     /// The tree of a file; null for what is no regular file or no well-formed document.
     static std::shared_ptr<const XmlTree> OfFile(const std::string& path);
 
-    explicit XmlTree(const std::string& bytes) : _bytes(bytes) {}
+    explicit XmlTree(std::string_view bytes) : _bytes(bytes) {}
 
     XmlElement Root() const;
 
@@ -72,6 +67,7 @@ private:
 
     template <typename Take>
     void ForEachText(const Take& take) const;
+    void GetAttributes(std::vector<XmlAttribute>& attributes) const;
 
     const char* _bytes = nullptr;
 };
@@ -84,17 +80,30 @@ public:
     public:
         Iterator(const char* at, const char* end) : _at(at), _end(end) { SkipTexts(); }
         XmlElement operator*() const { return XmlElement(_at); }
-        Iterator& operator++();
+        Iterator& operator++() {
+            _at = XmlTreeBytes::EndOf(XmlTreeBytes::BodyOf(_at));
+            SkipTexts();
+            return *this;
+        }
         bool operator!=(const Iterator& other) const { return _at != other._at; }
 
     private:
-        void SkipTexts();
+        void SkipTexts() {
+            while (_at != _end && XmlTreeBytes::WordAt(_at) == Word::None) {
+                _at = XmlTreeBytes::EndOf(XmlTreeBytes::PieceAt(_at).text);
+            }
+        }
 
         const char* _at;
         const char* _end;
     };
 
-    explicit XmlChildren(XmlElement parent);
+    explicit XmlChildren(XmlElement parent) {
+        if (parent) {
+            _begin = XmlTreeBytes::ContentOf(parent._bytes);
+            _end = XmlTreeBytes::EndOf(XmlTreeBytes::BodyOf(parent._bytes));
+        }
+    }
 
     bool IsEmpty() const { return !(begin() != end()); }
     Iterator begin() const { return {_begin, _end}; }
@@ -104,6 +113,21 @@ private:
     const char* _begin = nullptr;
     const char* _end = nullptr;
 };
+
+inline std::string_view XmlElement::Attribute(Word name) const {
+    if (_bytes == nullptr) {
+        return {};
+    }
+    const char* at = XmlTreeBytes::AttributesOf(_bytes);
+    while (XmlTreeBytes::WordAt(at) != Word::None) {
+        const auto [word, value] = XmlTreeBytes::PieceAt(at);
+        if (word == name) {
+            return value;
+        }
+        at = XmlTreeBytes::EndOf(value);
+    }
+    return {};
+}
 
 inline XmlChildren XmlElement::Children() const {
     return XmlChildren(*this);
@@ -130,7 +154,13 @@ private:
         bool keepsText;
     };
 
-    std::string _bytes;
+    char* Extend(std::size_t count);
+    void Grow(std::size_t count);
+    void AddPiece(Word word, std::string_view text);
+
+    std::size_t _capacity;
+    std::size_t _size = 0;
+    std::unique_ptr<char[]> _bytes;
     std::vector<Open> _open;
     bool _isTooLong = false;
 };

@@ -13,7 +13,7 @@ namespace {
 /// Calls with every word that is spelled.
 template <typename Visit>
 void ForEachWord(const Visit& visit) {
-    for (int number = static_cast<int>(Word::Other) + 1; number <= static_cast<int>(Word::Version);
+    for (int number = static_cast<int>(Word::Other) + 1; number <= static_cast<int>(Word::Value);
          ++number) {
         visit(static_cast<Word>(number));
     }
