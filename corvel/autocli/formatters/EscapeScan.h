@@ -141,9 +141,10 @@ char* PutEscaped(char* at, std::string_view text) {
     return PutShort(at, text.substr(copied));
 }
 
-/// The same for a text of any size.
+/// The same for a text of any size. Not inlined, so that its loop costs those nothing who write
+/// short texts with PutEscaped() themselves.
 template <const EscapeTable& kTable>
-void AppendEscaped(TextBuffer& out, std::string_view text) {
+[[gnu::noinline]] void AppendEscaped(TextBuffer& out, std::string_view text) {
     constexpr std::size_t kMost = EscapeScan<kTable>::kMost;
     while (!text.empty()) {
         const std::string_view piece = text.substr(0, kMost);

@@ -93,7 +93,7 @@ private:
             case ValueKind::Int:
                 return PutDecimal(at, value.integer);
             case ValueKind::String:
-                return PutQuoted<kEscapes>(_out, at, value.text, "\"");
+                return Put(PutText<kEscapes>(_out, Put(at, "\""), value.text), "\"");
             case ValueKind::Mismatch:
                 return Put(Put(at, MismatchText(value.type, "Unknown data type")), "\n");
             default:  // structures and lists never come here

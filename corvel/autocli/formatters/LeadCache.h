@@ -18,10 +18,10 @@ namespace Corvel::AutoCli {
 /// Lifetime: no name may change or end its life while the cache is used.
 class LeadCache {
 public:
-    /// A place for the first of several texts. Structures that share their names have them at the
-    /// same addresses, so that the same place serves all of them.
-    static std::size_t PlaceOf(const void* firstName) {
-        return reinterpret_cast<std::uintptr_t>(firstName) / alignof(std::max_align_t);
+    /// A place for the first of several texts, which are to follow it.
+    /// @param owner  the address of what they belong to; different ones give different places.
+    static std::size_t PlaceOf(const void* owner) {
+        return reinterpret_cast<std::uintptr_t>(owner) / alignof(std::max_align_t);
     }
 
     /// @param name     its address.

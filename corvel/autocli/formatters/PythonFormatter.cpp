@@ -58,7 +58,7 @@ private:
             case ValueKind::Int:
                 return PutDecimal(at, value.integer);
             case ValueKind::String:
-                return PutQuoted<kEscapes>(_out, at, value.text, kTextQuotes);
+                return Put(PutText<kEscapes>(_out, Put(at, kTextQuotes), value.text), kTextQuotes);
             case ValueKind::Mismatch:
                 return Put(Put(at, MismatchText(value.type, "Unknown data type")), "\n");
             default:  // structures and lists never come here

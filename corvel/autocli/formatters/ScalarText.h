@@ -24,22 +24,19 @@ inline char* PutBool(char* at, bool value, std::string_view yes, std::string_vie
     return value ? Put(at, yes) : Put(at, no);
 }
 
-/// A text as the table escapes it, between quotes of at most 8 bytes.
+/// A text as the table escapes it.
 template <const EscapeTable& kTable>
-char* PutQuoted(TextBuffer& out, char* at, std::string_view text, std::string_view quote) {
-    at = Put(at, quote);
+char* PutText(TextBuffer& out, char* at, std::string_view text) {
     if (text.size() <= kShortText) {
-        at = PutEscaped<kTable>(at, text);
-    } else {
-        out.EndAt(at);
-        AppendEscaped<kTable>(out, text);
-        at = out.Room(kScalarRoom);
+        return PutEscaped<kTable>(at, text);
     }
-    return Put(at, quote);
+    out.EndAt(at);
+    AppendEscaped<kTable>(out, text);
+    return out.Room(kRoomBehind);
 }
 
 /// A text as it is.
-inline char* PutPlain(TextBuffer& out, char* at, std::string_view text) {
+inline char* PutText(TextBuffer& out, char* at, std::string_view text) {
     if (text.size() <= kShortText) {
         return PutShort(at, text);
     }

@@ -65,9 +65,8 @@ public:
 
     const std::string& TypeName() const { return _typeName; }
 
-    /// Whether only the chosen fields are to be printed.
-    bool ChoosesFields() const { return _choosesFields; }
-    std::vector<FieldFinder>& ChosenFields() { return _chosenFields; }
+    /// The chosen fields; null when all are to be printed.
+    std::vector<FieldFinder>* ChosenFields() { return _choosesFields ? &_chosenFields : nullptr; }
 
     /// The header with its tag.
     const std::string& Header() const { return _header; }
@@ -87,6 +86,10 @@ public:
     /// Whether a field of the type may be rendered other than as it is.
     bool HasStyles() const { return _hasStyles; }
     const FieldStyle& StyleOf(const std::string& fieldName) {
+        static const FieldStyle plain;
+        if (!_hasStyles) {
+            return plain;
+        }
         const auto found = _styles.find(fieldName);
         return found != _styles.end()
                    ? found->second
@@ -110,16 +113,6 @@ struct OpenStruct {
     OpenStruct(const MetaStruct& structure, TypePlan& structurePlan, int structureLevel)
         : fields(structure), plan(structurePlan), level(structureLevel) {}
 
-    std::size_t Count() const {
-        return plan.ChoosesFields() ? plan.ChosenFields().size() : fields.Count();
-    }
-    const std::string& Name(std::size_t i) const {
-        return plan.ChoosesFields() ? plan.ChosenFields()[i].Name() : fields.Name(i);
-    }
-    ValueView Value(std::size_t i) const {
-        return plan.ChoosesFields() ? plan.ChosenFields()[i].Find(fields) : fields.Value(i);
-    }
-
     MetaObj::StructView fields;
     TypePlan& plan;
     int level;
@@ -133,6 +126,11 @@ struct OpenList {
     int level;
     std::size_t next = 0;
 };
+
+bool IsScalar(const ValueView& value) {
+    return value.kind == ValueKind::Bool || value.kind == ValueKind::Int ||
+           value.kind == ValueKind::String;
+}
 
 /// One printing of one value. Keeps the values that it is inside of on a stack of its own, so that
 /// values of any depth can be printed.
@@ -177,19 +175,42 @@ private:
         TypePlan& plan = PlanOf(structure.GetTypeName());
         _open.emplace_back(std::in_place_type<OpenStruct>, structure, plan, level);
         auto& open = std::get<OpenStruct>(_open.back());
-        AppendHeader(plan.HasHeaderTag() ? plan.HeaderOf(open.fields) : plan.Header(), level);
+        if (plan.HasHeaderTag()) {
+            AppendHeader(_out, plan.HeaderOf(open.fields), level);
+        } else {
+            AppendShort(_out, HeaderLine(plan, level));
+        }
         if (_alignsFields) {
-            for (std::size_t i = 0; i < open.Count(); ++i) {
-                open.nameWidth = std::max(open.nameWidth, open.Name(i).size());
-            }
+            open.nameWidth = LongestName(open);
         }
     }
 
-    void AppendHeader(const std::string& header, int level) {
+    static std::size_t LongestName(const OpenStruct& open) {
+        std::size_t longest = 0;
+        if (const std::vector<FieldFinder>* chosen = open.plan.ChosenFields(); chosen != nullptr) {
+            for (const FieldFinder& field : *chosen) {
+                longest = std::max(longest, field.Name().size());
+            }
+        } else {
+            for (std::size_t i = 0; i < open.fields.Count(); ++i) {
+                longest = std::max(longest, open.fields.Name(i).size());
+            }
+        }
+        return longest;
+    }
+
+    /// The line for a header without tag; nothing when it is not shown.
+    std::string_view HeaderLine(const TypePlan& plan, int level) {
+        return _leads.Get(LeadCache::PlaceOf(&plan), level, &plan, [&](TextBuffer& line) {
+            AppendHeader(line, plan.Header(), level);
+        });
+    }
+
+    static void AppendHeader(TextBuffer& out, std::string_view header, int level) {
         if (header != kNoHeader) {
-            AppendIndent(_out, level);
-            _out += header;
-            _out += ":\n";
+            AppendIndent(out, level);
+            out += header;
+            out += ":\n";
         }
     }
 
@@ -204,41 +225,42 @@ private:
 
     /// Goes on to the next nested value, which then is what is open last, or closes the structure.
     void Continue(OpenStruct& open) {
-        const std::size_t count = open.Count();
-        const std::size_t place = count == 0 ? 0 : LeadCache::PlaceOf(&open.Name(0));
-        while (open.next < count) {
-            const std::size_t i = open.next++;
-            const FieldPlace field{open.Name(i), place + i, open.next == count};
-            const ValueView value = open.Value(i);
-            if (value.kind == ValueKind::Null) {
+        std::vector<FieldFinder>* const chosen = open.plan.ChosenFields();
+        const std::size_t count = chosen == nullptr ? open.fields.Count() : chosen->size();
+        const bool isPlain = !_alignsFields && !open.plan.HasStyles();
+        const std::size_t place = LeadCache::PlaceOf(open.fields.LayoutIdentity());
+        for (std::size_t i = open.next; i < count; ++i) {
+            FieldFinder* const finder = chosen == nullptr ? nullptr : &(*chosen)[i];
+            const std::string& name = finder == nullptr ? open.fields.Name(i) : finder->Name();
+            const ValueView value =
+                finder == nullptr ? open.fields.Value(i) : finder->Find(open.fields);
+            if (isPlain && IsScalar(value)) {
+                AppendPlainField(Lead(open.level, name, place + i), value);
+            } else if (value.kind == ValueKind::Null) {
                 _out += "Error getting field ";
-                _out += field.name;
+                _out += name;
                 _out += '\n';
                 break;
-            }
-            if (value.type == MetaType::Struct || value.type == MetaType::List) {
-                AppendName(open, field);
+            } else if (value.type == MetaType::Struct || value.type == MetaType::List) {
+                open.next = i + 1;
+                AppendName(open, name, place + i);
                 if (value.type == MetaType::Struct) {
                     _out += '\n';
                 }
                 Begin(value, open.level + kNestedLevels);
                 return;
+            } else {
+                AppendName(open, name, place + i);
+                open.plan.StyleOf(name).Append(_out, value);
+                _out += '\n';
             }
-            AppendField(open, field, value);
         }
         _open.pop_back();
     }
 
-    void AppendField(const OpenStruct& open, const FieldPlace& field, const ValueView& value) {
-        if (_alignsFields || open.plan.HasStyles()) {
-            AppendName(open, field);
-            open.plan.StyleOf(field.name).Append(_out, value);
-            _out += '\n';
-        } else {
-            const std::string_view lead = Lead(open, field);
-            char* const at = PutBlocks(_out.Room(lead.size() + kScalarRoom), lead);
-            _out.EndAt(Put(PutScalar(at, value), "\n"));
-        }
+    void AppendPlainField(std::string_view lead, const ValueView& value) {
+        char* const at = PutBlocks(_out.Room(lead.size() + kScalarRoom), lead);
+        _out.EndAt(Put(PutScalar(at, value), "\n"));
     }
 
     char* PutScalar(char* at, const ValueView& value) {
@@ -248,7 +270,7 @@ private:
             case ValueKind::Int:
                 return PutDecimal(at, value.integer);
             case ValueKind::String:
-                return PutPlain(_out, at, value.text);
+                return PutText(_out, at, value.text);
             default:  // no scalar
                 _out.EndAt(at);
                 AppendValue(_out, value);
@@ -257,21 +279,21 @@ private:
     }
 
     /// What stands before a value, as far as it is the same for structures alike.
-    std::string_view Lead(const OpenStruct& open, const FieldPlace& field) {
-        return _leads.Get(field.place, open.level, &field.name, [&](TextBuffer& lead) {
-            AppendIndent(lead, open.level);
+    std::string_view Lead(int level, const std::string& name, std::size_t place) {
+        return _leads.Get(place, level, &name, [&](TextBuffer& lead) {
+            AppendIndent(lead, level);
             lead += kFieldIndent;
-            lead += field.name;
+            lead += name;
             if (!_alignsFields) {
                 lead += kNameEnd;
             }
         });
     }
 
-    void AppendName(const OpenStruct& open, const FieldPlace& field) {
-        _out += Lead(open, field);
+    void AppendName(const OpenStruct& open, const std::string& name, std::size_t place) {
+        _out += Lead(open.level, name, place);
         if (_alignsFields) {
-            _out.Fill(open.nameWidth - field.name.size(), ' ');
+            _out.Fill(open.nameWidth - name.size(), ' ');
             _out += kNameEnd;
         }
     }

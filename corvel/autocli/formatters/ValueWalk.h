@@ -88,15 +88,15 @@ private:
     /// is only for such a child that a structure or list is left and come back to.
     void Continue(Container& container, const MetaObj::StructView& fields) {
         const std::size_t count = fields.Count();
-        const std::size_t place = count == 0 ? 0 : LeadCache::PlaceOf(&fields.Name(0));
+        const std::size_t place = LeadCache::PlaceOf(fields.LayoutIdentity());
         if (container.next > 0) {
             _writer.EndField(container.next == count);
         }
-        while (container.next < count) {
-            const std::size_t i = container.next++;
-            const FieldPlace field{fields.Name(i), place + i, container.next == count};
+        for (std::size_t i = container.next; i < count; ++i) {
+            const FieldPlace field{fields.Name(i), place + i, i + 1 == count};
             const MetaObj::ValueView value = fields.Value(i);
             if (IsContainer(value)) {
+                container.next = i + 1;
                 _writer.BeginField(field);
                 Open(value);
                 return;
@@ -112,15 +112,16 @@ private:
         if (container.next > 0) {
             _writer.EndItem(container.next == count);
         }
-        while (container.next < count) {
-            const MetaObj::ValueView value = MetaObj::View(items[container.next++].get());
+        for (std::size_t i = container.next; i < count; ++i) {
+            const MetaObj::ValueView value = MetaObj::View(items[i].get());
             _writer.BeginItem();
             if (IsContainer(value)) {
+                container.next = i + 1;
                 Open(value);
                 return;
             }
             _writer.Scalar(value);
-            _writer.EndItem(container.next == count);
+            _writer.EndItem(i + 1 == count);
         }
         _writer.CloseList();
         _open.pop_back();

@@ -160,7 +160,7 @@ private:
             case ValueKind::Int:
                 return PutDecimal(at, value.integer);
             case ValueKind::String:
-                return PutQuoted<kEscapes>(_out, at, value.text, "");
+                return PutText<kEscapes>(_out, at, value.text);
             default:  // null, mismatch, structures and lists never come here
                 return at;
         }
