@@ -25,5 +25,6 @@ function(corvel_configure_objects target)
                CXX_VISIBILITY_PRESET hidden
                VISIBILITY_INLINES_HIDDEN ON)
   target_include_directories(${target} PRIVATE "${PROJECT_SOURCE_DIR}")
-  target_link_libraries(${target} PRIVATE corvel_warnings corvel_instrumentation)
+  target_link_libraries(${target} PRIVATE corvel_warnings corvel_instrumentation
+                                          corvel_hardening)
 endfunction()

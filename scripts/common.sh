@@ -11,7 +11,7 @@ build_packages=(
 )
 example_packages=(coreutils iproute2 mawk procps util-linux)
 # What the tests run besides.
-test_packages=(libxml2-utils)
+test_packages=(abigail-tools binutils libxml2-utils)
 
 install_packages() {
     "$project/scripts/install-packages" "$@"

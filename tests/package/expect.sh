@@ -1,6 +1,6 @@
 # shellcheck shell=bash
-# What the examples print, whichever way they were built. The installed program finds its library
-# wherever the two were moved to.
+# What the examples print, whichever way they were built. The installed program is told where its
+# library is: the staging folder is none of the system's.
 
 # expect COMMAND...: the command ends with status 0 and prints what is on standard input.
 expect() {
@@ -25,9 +25,10 @@ OUTPUT
 
 # The numbers change from call to call, the shape does not.
 expect_hostinfo() {
-    local staging=$1 plugin=$2
+    local staging=$1 plugin=$2 library_folder
+    library_folder=$(dirname "$(find "$staging" -name libcorvel.so.1)")
     quorcli_with_plugin() {
-        "$staging/bin/quorcli" --plugin "$plugin" "$@" | sed -E 's/[0-9]+(\.[0-9]+)?/N/g'
+        LD_LIBRARY_PATH=$library_folder "$staging/bin/quorcli" --plugin "$plugin" "$@" | sed -E 's/[0-9]+(\.[0-9]+)?/N/g'
     }
     expect quorcli_with_plugin --formatter python --format-param fields:Memory=Total host memory get <<'OUTPUT'
 {"Available": N, "Cached": N, "Free": N, "Swap Free": N, "Swap Total": N, "Total": N, }
