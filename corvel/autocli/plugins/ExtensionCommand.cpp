@@ -11,6 +11,7 @@
 #include "corvel/autocli/plugins/DescriptorCommand.h"
 #include "corvel/autocli/plugins/DescriptorElements.h"
 #include "corvel/autocli/plugins/ShellCommand.h"
+#include "corvel/autocli/plugins/ShellGuard.h"
 #include "corvel/autocli/plugins/XmlUtil.h"
 #include "corvel/callspec/Input.h"
 #include "corvel/callspec/InputSpec.h"
@@ -23,9 +24,27 @@ namespace Corvel::AutoCli {
 
 namespace {
 
-/// Tools print as their author tested them, also where nothing sets a language.
-std::string WithLanguage(const std::string& command) {
-    return std::getenv("LANG") == nullptr ? "LANG=en_US.UTF-8 " + command : command;
+/// What stands before a command line: tools print as their author tested them, also where nothing
+/// sets a language.
+std::string LanguagePrefix() {
+    return std::getenv("LANG") == nullptr ? "LANG=en_US.UTF-8 " : "";
+}
+
+TemplateText Expand(const std::string& text,
+                    TemplateUse use,
+                    ExtensionCommand& command,
+                    const std::shared_ptr<CallSpec::Input>& input) {
+    if (text.find('$') == std::string::npos) {
+        return TemplateText(text);
+    }
+    CommandTemplate expansion(text, use);
+    for (const auto& parameter : command.GetInputSpec()->GetParameters()) {
+        if (input != nullptr && input->HasParameter(parameter->GetName())) {
+            expansion.Substitute(parameter->GetName(), *input);
+        }
+    }
+    expansion.RemoveConditionals();
+    return expansion.Text();
 }
 
 /// Makes an error message of every line at the start of the text that is marked as one.
@@ -123,19 +142,10 @@ std::shared_ptr<CallSpec::OutputSpec> ExtensionCommand::GetOutputSpecInternal() 
 
 std::string ExtensionCommand::SubstituteInput(const std::shared_ptr<CallSpec::Input>& input,
                                               bool forStdin) {
-    const std::string& text = forStdin ? _stdin : _executeCommand;
-    if (text.find('$') == std::string::npos) {
-        return text;
-    }
-    CommandTemplate expansion(text,
-                              forStdin ? TemplateUse::StandardInput : TemplateUse::CommandLine);
-    for (const auto& parameter : GetInputSpec()->GetParameters()) {
-        if (input != nullptr && input->HasParameter(parameter->GetName())) {
-            expansion.Substitute(parameter->GetName(), *input);
-        }
-    }
-    expansion.RemoveConditionals();
-    return expansion.Text().Render();
+    const TemplateText expanded =
+        forStdin ? Expand(_stdin, TemplateUse::StandardInput, *this, input)
+                 : Expand(_executeCommand, TemplateUse::CommandLine, *this, input);
+    return expanded.Render();
 }
 
 std::string ExtensionCommand::SanitizeInput(const std::string& text) {
@@ -151,8 +161,12 @@ void ExtensionCommand::ExecuteInternal(const std::shared_ptr<CallSpec::Input>& i
     if (output->HasError()) {
         return;
     }
-    const std::string command = WithLanguage(SubstituteInput(input, false));
+    TemplateText line(LanguagePrefix());
+    const TemplateText expanded = Expand(_executeCommand, TemplateUse::CommandLine, *this, input);
+    line.Append(expanded, 0, expanded.Size());
     const std::string standardInput = SubstituteInput(input, true);
+    RefuseUnsafeValues(line);
+    const std::string command = line.Render();
     const bool isForUser = GetInputSpec()->IsContextSupported("user") && input != nullptr;
 
     std::string text;

@@ -76,7 +76,10 @@ public:
     ///   "Got no data from process.\nCommand \"" + command line + "\"\n" +
     ///     "еxited with error code: " + "1" (ended normally) or "0"; also sent to the system log
     ///   "Unable to parse output of Extension Command: " + text of the CorvelException
-    /// Failures: what AutoCli_ShellCmd and SubstituteInput raise passes through.
+    /// Failures: what AutoCli_ShellCmd and SubstituteInput raise passes through. Raises
+    ///   "Unsafe value for parameter '" + name +
+    ///     "': it would be read by the shell as code, not as data."
+    /// and starts no shell when a value could be more than data there, for all its escaping.
     void ExecuteInternal(const std::shared_ptr<CallSpec::Input>& input,
                          const std::shared_ptr<CallSpec::Output>& output) override;
 

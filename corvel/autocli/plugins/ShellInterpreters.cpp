@@ -34,6 +34,7 @@ using enum CodeIn;
 
 // Names without folder and version, in alphabetical order.
 constexpr auto kInterpreters = std::to_array<Interpreter>({
+    {".", EveryWord},
     {"alias", EveryWord},
     {"ash", Options, "c"},
     {"awk", FirstWord, "e", "vFfi"},
@@ -105,6 +106,7 @@ constexpr auto kInterpreters = std::to_array<Interpreter>({
     {"script", Options, "c"},
     {"sed", FirstWord, "e", "fl"},
     {"sh", Options, "c"},
+    {"source", EveryWord},
     {"sqlite", EveryWord},
     {"ssh", EveryWord},
     {"su", Options, "c"},
@@ -199,7 +201,7 @@ constexpr auto kLongOptions = std::to_array<std::string_view>({
 std::string_view ProgramName(const ShellWord& word) {
     std::string_view name = word.text;
     name.remove_prefix(std::min(name.rfind('/') + 1, name.size()));
-    while (!name.empty() && std::string_view("0123456789.-").find(name.back()) != name.npos) {
+    while (name.size() > 1 && std::string_view("0123456789.-").find(name.back()) != name.npos) {
         name.remove_suffix(1);
     }
     return name;

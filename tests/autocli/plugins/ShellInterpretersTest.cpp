@@ -62,6 +62,7 @@ INSTANTIATE_TEST_SUITE_P(
         {"AwkTakesOptionsOfCode", "gawk -e a -e b c", "-e|a|-e|b"},
         {"SedTakesItsFirstWord", "sed -n 's/a/b/' c; sed -i -e d -e e f", "s/a/b/|-e|d|-e|e"},
         {"TrapAliasLetUnsetMake", "trap a b; alias c=d; let e; unset f; make g", "a|b|c=d|e|f|g"},
+        {"FilesThatTheShellReads", ". a; source b", "a|b"},
         {"NamesOfVariables", "export a b=c 'd[e]=f'; read g h; local i=j", "a|d[e]=f|g|h"},
         {"TestsOfNumbers", "[ a -eq b ]; test -v c; [ d = e ]", "a|-eq|b|]|-v|c"},
         {"RunnersAreLookedThrough",
