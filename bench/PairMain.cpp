@@ -14,54 +14,17 @@
 #include <vector>
 
 #include "bench/ChildRun.h"
+#include "bench/PairTimes.h"
 
-namespace {
-
-using Corvel::Bench::ChildRun;
+using Corvel::Bench::PairTimes;
 using Corvel::Bench::RunChild;
 using Corvel::Bench::RunTellingChild;
-
-double Median(std::vector<double> values) {
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
-}
-
-double MedianOf(const std::vector<ChildRun>& runs, double ChildRun::*figure) {
-    std::vector<double> values;
-    values.reserve(runs.size());
-    for (const ChildRun& run : runs) {
-        values.push_back(run.*figure);
-    }
-    return Median(std::move(values));
-}
-
-double MedianRatio(const std::vector<ChildRun>& runs,
-                   const std::vector<ChildRun>& yardsticks,
-                   double ChildRun::*figure) {
-    std::vector<double> ratios;
-    for (std::size_t i = 0; i < runs.size(); ++i) {
-        ratios.push_back(runs[i].*figure / yardsticks[i].*figure);
-    }
-    return Median(std::move(ratios));
-}
-
-void PrintTimes(const std::vector<ChildRun>& runs,
-                const std::vector<ChildRun>& yardsticks,
-                double ChildRun::*figure) {
-    std::printf("%.3f %.3f %.3f ",
-                MedianOf(runs, figure) * 1e3,
-                MedianOf(yardsticks, figure) * 1e3,
-                MedianRatio(runs, yardsticks, figure));
-}
-
-}  // namespace
 
 int main(int argc, char** argv) {
     const std::vector<std::string> words(argv, argv + argc);
     const auto separator = std::find(words.begin(), words.end(), "--");
     const int count = argc > 2 ? std::atoi(argv[1]) : 0;
-    if (count < 1 || separator == words.end()) {
+    if (count < 1 || separator - words.begin() < 4 || words.end() - separator < 2) {
         std::fputs("usage: bench_pair RUNS STATUS COMMAND... -- YARDSTICK...\n", stderr);
         return EXIT_FAILURE;
     }
@@ -72,14 +35,11 @@ int main(int argc, char** argv) {
     // Once each unmeasured: the files are in memory then.
     RunChild(command, status);
     RunChild(yardstick);
-    std::vector<ChildRun> runs;
-    std::vector<ChildRun> yardsticks;
+    PairTimes pairs;
     for (int i = 0; i < count; ++i) {
-        runs.push_back(told ? RunTellingChild(command) : RunChild(command, status));
-        yardsticks.push_back(told ? RunTellingChild(yardstick) : RunChild(yardstick));
+        pairs.runs.push_back(told ? RunTellingChild(command) : RunChild(command, status));
+        pairs.yardsticks.push_back(told ? RunTellingChild(yardstick) : RunChild(yardstick));
     }
-    PrintTimes(runs, yardsticks, &ChildRun::wallSeconds);
-    PrintTimes(runs, yardsticks, &ChildRun::cpuSeconds);
-    std::puts("");
+    pairs.Print();
     return EXIT_SUCCESS;
 }

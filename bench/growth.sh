@@ -60,11 +60,11 @@ namespace_help() {
 
 growth_rows() {
     local name
-    run_programs '^(json|xml|table|simple|python)/(1250|12500|125000)$' formatters
+    run_program '^(json|xml|table|simple|python)/(1250|12500|125000)$' formatters
     for name in json xml table simple python; do
         value_growth formatters "$name"
     done
-    run_programs '^read/(1250|12500|125000)$' reader
+    run_program '^read/(1250|12500|125000)$' reader
     value_growth reader read
     heap_growth
     start_growth "us for a descriptor at 10, 100, 1,000, 10,000 of them, the start deducted" descriptor_help

@@ -36,12 +36,17 @@ row() {
     printf '%s\t%s\t%s\t%s\t%s\n' "$1" "${9-$5}" "$6" "$8" "$2" >>"$data/ratios"
 }
 
-# pair RUNS STATUS COMMAND... -- YARDSTICK...: runs both in turn, see bench_pair. Sets wall_a wall_b
-# wall cpu_a cpu_b cpu: milliseconds of both, and their ratio.
-pair() {
+# take_pair COMMAND...: runs what prints the line of a pair. Sets wall_a wall_b wall cpu_a cpu_b cpu:
+# milliseconds of both, and their ratio.
+take_pair() {
     local figures
-    figures=$("$bin/bench_pair" "$@")
+    figures=$("$@")
     read -r wall_a wall_b wall cpu_a cpu_b cpu <<<"$figures"
+}
+
+# pair RUNS STATUS COMMAND... -- YARDSTICK...: runs both in turn, see bench_pair and take_pair.
+pair() {
+    take_pair "$bin/bench_pair" "$@"
 }
 
 # process_row LABEL MEASURE MUST AIM: what `pair` has found. A busy machine distorts wall time, so the
@@ -63,23 +68,18 @@ start_rows() {
     process_row S2 "1,000 descriptors / the same" 0.50 0.35
 }
 
-# run_programs FILTER PROGRAM...: Google Benchmark programs, product and yardstick in random turn;
-# medians go to files.
-run_programs() {
-    local filter=$1 program seconds
-    shift
-    for program in "$@"; do
-        # A child is done in a millisecond, and its wall time counts: many of them make a run.
-        [ "$program" = child ] && seconds=0.2 || seconds=$min_time
-        if ! CORVEL_BENCH_CELLS=$data/cells LC_ALL=C "$bin/bench_$program" --benchmark_filter="$filter" \
-            --benchmark_repetitions="$runs" --benchmark_min_time="$seconds" \
-            --benchmark_enable_random_interleaving=true --benchmark_report_aggregates_only=true \
-            --benchmark_out_format=json --benchmark_out="$data/$program.json" >"$data/$program.log" 2>&1
-        then
-            cat "$data/$program.log" >&2
-            return 1
-        fi
-    done
+# run_program FILTER PROGRAM: a Google Benchmark program, product and yardstick in random turn; medians
+# go to a file.
+run_program() {
+    local results=$data/$2
+    if ! CORVEL_BENCH_CELLS=$data/cells LC_ALL=C "$bin/bench_$2" --benchmark_filter="$1" \
+        --benchmark_repetitions="$runs" --benchmark_min_time="$min_time" \
+        --benchmark_enable_random_interleaving=true --benchmark_report_aggregates_only=true \
+        --benchmark_out_format=json --benchmark_out="$results.json" >"$results.log" 2>&1
+    then
+        cat "$results.log" >&2
+        return 1
+    fi
 }
 
 # median PROGRAM BENCHMARK KEY: one median, as it stands in what the program wrote.
@@ -91,14 +91,10 @@ median() {
 }
 
 child_rows() {
-    local megabytes ours bare
-    run_programs . child
+    local megabytes
     for megabytes in 0 500; do
-        ours=$(median child "child/$megabytes/real_time" real_time)
-        bare=$(median child "child-posixspawn/$megabytes/real_time" real_time)
-        row C1 "shell command with $megabytes MB in use / bare \`posix_spawn\` with two pipes" \
-            "$(number '%.0f us' "$ours")" "$(number '%.0f us' "$bare")" \
-            "$(number %.3f "$ours / $bare")" 1.10 1.03 max
+        take_pair "$bin/bench_child" "$child_runs" "$megabytes"
+        process_row C1 "shell command with $megabytes MB in use / bare \`posix_spawn\` with two pipes" 1.10 1.03
     done
 }
 
@@ -115,7 +111,7 @@ speed_row() {
 
 formatter_rows() {
     local json rapidjson xml writer table column name ours
-    run_programs "/$structures(/|\$)" formatters
+    run_program "/$structures(/|\$)" formatters
     json=$(speed json)
     rapidjson=$(speed json-rapidjson)
     speed_row F1 "JSON / RapidJSON PrettyWriter" "$json" "$rapidjson" 1.5 2.5
@@ -143,7 +139,7 @@ memory_row() {
 # warm_reading: R1 once more, without the page faults of fresh memory.
 warm_reading() {
     local values tree
-    run_programs "/$structures\$" reader
+    run_program "/$structures\$" reader
     values=$(median reader "read/$structures" cpu_time)
     tree=$(median reader "read-xmlreadmemory/$structures" cpu_time)
     printf 'R1 again and again in one process, its memory warm: %s ms, xmlReadMemory %s ms, a ratio of %s.\n' \
