@@ -40,6 +40,8 @@ public:
 
 private:
     void Set(std::string_view name, FieldSlot&& value);
+    bool IsNext(std::string_view name) const;
+    void Append(FieldSlot&& value);
 
     std::shared_ptr<MetaStruct> _structure;
     std::size_t _next = 0;  // the slot after the one that was set last

@@ -345,12 +345,6 @@ bool ReadWholeFile(const std::string& path, std::string& text) {
 
 XmlHandler::~XmlHandler() = default;
 
-std::string_view XmlAttributes::Find(std::string_view name) const {
-    const auto found = std::find_if(
-        begin(), end(), [name](const XmlAttribute& attribute) { return attribute.name == name; });
-    return found == end() ? std::string_view() : found->value;
-}
-
 bool ReadXml(const std::string& text, XmlHandler& handler) {
     return text.size() <= kMaxSize && Reading(handler).Read(text);
 }

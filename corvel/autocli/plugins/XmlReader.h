@@ -20,7 +20,14 @@ public:
     auto begin() const { return _attributes.begin(); }
     auto end() const { return _attributes.end(); }
     /// @return the value of the first attribute of that name, empty when there is none.
-    std::string_view Find(std::string_view name) const;
+    std::string_view Find(std::string_view name) const {
+        for (const XmlAttribute& attribute : _attributes) {
+            if (attribute.name == name) {
+                return attribute.value;
+            }
+        }
+        return {};
+    }
 
 private:
     std::span<const XmlAttribute> _attributes;
