@@ -1,6 +1,7 @@
 #include "corvel/autocli/plugins/DescriptorWords.h"
 
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -53,8 +54,8 @@ constexpr std::array<std::string_view, static_cast<std::size_t>(Word::Value) + 1
     "value",
 };
 
-/// A spelling as numbers, which are compared at once where texts are compared byte by byte. Not two
-/// spellings of up to 16 characters have the same.
+/// A spelling as numbers, which takes less time to compare than the text. No two spellings of up to
+/// 16 characters have the same.
 struct Key {
     std::uint64_t head = 0;
     std::uint64_t tail = 0;
@@ -63,10 +64,11 @@ struct Key {
     friend constexpr bool operator==(const Key&, const Key&) = default;
 };
 
+/// The bytes as a number, the first of them the lowest on every machine.
 template <typename Number>
 constexpr std::uint64_t Load(const char* bytes) {
     Number number = 0;
-    if (std::is_constant_evaluated()) {
+    if (std::is_constant_evaluated() || std::endian::native != std::endian::little) {
         for (std::size_t i = sizeof(Number); i-- != 0;) {
             number = static_cast<Number>((number << 8) | static_cast<unsigned char>(bytes[i]));
         }

@@ -48,7 +48,7 @@ std::optional<long> PlainInteger(std::string_view text) {
                                                                     : std::nullopt;
 }
 
-/// Texts that must differ from each other: as many as specifications usually have, so that each can
+/// What must differ from each other: as many items as specifications usually have, so that each can
 /// be compared with all before it.
 template <typename Item>
 class DifferentItems {
@@ -177,10 +177,11 @@ bool IsParameter(XmlElement parameter) {
     return isDescribed;
 }
 
-/// The element in which a value may hold others, and what they may be.
-bool IsValue(XmlElement value);
+/// @param depth  how many levels of elements may still follow. There are no deeper ones in a file,
+///               but there may be in what a host has made.
+bool IsValue(XmlElement value, int depth);
 
-bool IsStructure(XmlElement structure) {
+bool IsStructure(XmlElement structure, int depth) {
     if (!IsStructName(structure.Attribute(Word::TypeName))) {
         return false;
     }
@@ -188,8 +189,9 @@ bool IsStructure(XmlElement structure) {
         if (field.GetWord() != Word::Field) {
             continue;
         }
+        const XmlChildren values = field.Children();
         if (field.Attribute(Word::Name).empty() ||
-            (!field.Children().IsEmpty() && !IsValue(*field.Children().begin()))) {
+            (!values.IsEmpty() && !IsValue(*values.begin(), depth))) {
             return false;
         }
     }
@@ -197,7 +199,7 @@ bool IsStructure(XmlElement structure) {
 }
 
 /// Whether a list is empty or has one item of its kind. More of them would have to be compared.
-bool IsList(XmlElement list) {
+bool IsList(XmlElement list, int depth) {
     const Word type = WordOf(list.Attribute(Word::Type));
     if (type != Word::String && type != Word::Int && type != Word::Bool &&
         type != Word::Structure) {
@@ -210,10 +212,10 @@ bool IsList(XmlElement list) {
         }
         item = child;
     }
-    return !item || (item.GetWord() == type && IsValue(item));
+    return !item || (item.GetWord() == type && IsValue(item, depth));
 }
 
-bool IsValue(XmlElement value) {
+bool IsValue(XmlElement value, int depth) {
     switch (value.GetWord()) {
         case Word::String:
         case Word::Bool:
@@ -221,9 +223,9 @@ bool IsValue(XmlElement value) {
         case Word::Int:
             return !value.HasContent() || PlainInteger(value.Content());
         case Word::Structure:
-            return IsStructure(value);
+            return depth > 0 && IsStructure(value, depth - 1);
         case Word::List:
-            return IsList(value);
+            return depth > 0 && IsList(value, depth - 1);
         default:
             return false;
     }
@@ -255,7 +257,8 @@ bool IsCertainlySoundOutput(XmlElement outputSpec) {
         }
         shape = child;
     }
-    return !shape || IsValue(shape);
+    constexpr int kUsualDepth = 64;
+    return !shape || IsValue(shape, kUsualDepth);
 }
 
 }  // namespace Corvel::AutoCli

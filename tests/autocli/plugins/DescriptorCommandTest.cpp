@@ -377,6 +377,25 @@ TEST(DescriptorCommand, UsualSpecificationsAreKnownToBeSound) {
     EXPECT_TRUE(IsCertainlySoundOutput({}));
 }
 
+/// What somebody else has made may be deeper than the stack.
+TEST(DescriptorCommand, DeepShapesAreNoRisk) {
+    constexpr int kDepth = 100'000;
+    XmlTreeBuilder builder;
+    builder.StartElement("output-spec", XmlAttributes({}));
+    const std::vector<XmlAttribute> structure = {{"typeName", "Deep"}};
+    const std::vector<XmlAttribute> field = {{"name", "Inner"}};
+    for (int depth = 0; depth < kDepth; ++depth) {
+        builder.StartElement("structure", XmlAttributes(structure));
+        builder.StartElement("field", XmlAttributes(field));
+    }
+    for (int depth = 0; depth < 2 * kDepth + 1; ++depth) {
+        builder.EndElement();
+    }
+    const auto tree = builder.Finish();
+    EXPECT_FALSE(IsCertainlySoundOutput(tree->Root()));
+    EXPECT_NE(nullptr, ExtractOutputSpec(tree->Root())->GetRootObject());
+}
+
 TEST(DescriptorCommand, SpecificationsAreBuiltOnce) {
     const auto command = Build(Command());
     EXPECT_EQ(command->GetInputSpecInternal(), command->GetInputSpecInternal());

@@ -1,3 +1,4 @@
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -130,6 +131,24 @@ TEST(XmlTree, ContentIsTheTextOfAllDescendants) {
     EXPECT_TRUE(description.HasContent());
     EXPECT_FALSE(FirstChild(Tree("<x><string><b/><c/></string></x>")->Root()).HasContent());
     EXPECT_TRUE(FirstChild(Tree("<x><string><b/><c> </c></string></x>")->Root()).HasContent());
+}
+
+/// Sizes around those at which a length takes more bytes, or the tree more memory.
+TEST(XmlTree, TextsOfAllSizesAreKept) {
+    for (const std::size_t size :
+         std::vector<std::size_t>{0, 1, 2, 253, 254, 255, 256, 257, 16'383, 16'384, 40'000}) {
+        const std::string text(size, 'x');
+        const std::string name = "n" + text.substr(0, 1000);
+        const std::string whole = "<" + name + " path='" + text + "' min='" + text + "'><string>" +
+                                  text + "</string><int>" + text + "</int></" + name + ">";
+        EXPECT_EQ(whole, Replayed(Tree(whole)->Root())) << size;
+    }
+    std::string many;
+    for (int i = 0; i < 10'000; ++i) {
+        many += "<range min='" + std::to_string(i) + "'></range>";
+    }
+    many = "<enum>" + many + "</enum>";
+    EXPECT_EQ(many, Replayed(Tree(many)->Root()));
 }
 
 TEST(XmlTree, IsAsDeepAsTheParserAllows) {
