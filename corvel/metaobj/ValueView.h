@@ -41,7 +41,7 @@ inline ValueView View(const FieldSlot& slot) {
     ValueView view;
     switch (slot.GetKind()) {
         case FieldSlot::Kind::Absent:
-            break;
+            return View(nullptr);
         case FieldSlot::Kind::Int:
             view.kind = ValueKind::Int;
             view.type = MetaType::Int;

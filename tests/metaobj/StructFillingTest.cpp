@@ -147,6 +147,7 @@ TEST(StructFilling, SmallStructureTakesTwoAllocations) {
 TEST(StructFilling, HundredThousandFieldsAreNoTrouble) {
     constexpr int kFields = 100000;
     std::vector<std::string> names;
+    names.reserve(kFields);
     for (int i = 0; i < kFields; ++i) {
         names.push_back(std::to_string((i * 7919L) % kFields));
     }
@@ -169,6 +170,7 @@ TEST(StructFilling, HundredThousandFieldsAreNoTrouble) {
 TEST(StructFilling, FewFieldsOfManyTakeLittleRoom) {
     constexpr int kFields = 100000;
     std::vector<std::string> names;
+    names.reserve(kFields);
     for (int i = 0; i < kFields; ++i) {
         names.push_back("f" + std::to_string(i));
     }
