@@ -1,29 +1,65 @@
-// A value document, read and printed. Whatever the text is: the reader answers with a value, with no
-// value, or with a CorvelException; and the value prints in every format, as XML that the same
-// parser accepts.
+// A value document. Whatever the text is: the reader answers with the value, with no value or with
+// the refusal that a plain walk over libxml2's tree answers with. The value prints in every format,
+// and as XML, put into the words that the reader knows, it is read again as the same value.
 
 #include <algorithm>
+#include <iterator>
 #include <memory>
 #include <sstream>
 #include <string>
+#include <utility>
 
 #include "corvel/corvel.h"
 #include "fuzz/FuzzTarget.h"
+#include "fuzz/support/InputText.h"
+#include "fuzz/support/ValueDump.h"
+#include "fuzz/support/ValueTree.h"
 
 namespace {
 
 using namespace Corvel;
+using namespace Corvel::Fuzz;
+using MetaObj::MetaList;
+using MetaObj::MetaObject;
+using MetaObj::MetaStruct;
+using Value = std::shared_ptr<MetaObject>;
 
-std::shared_ptr<MetaObj::MetaObject> Read(const std::string& text) {
+/// What reading came to: the value, and in words what it is or why there is none.
+struct Reading {
+    Value value = {};
+    std::string words = {};
+};
+
+Reading Read(Value (*read)(const std::string&), const std::string& text) {
+    Reading reading;
     try {
-        return AutoCli::XmlUtil_ParseXmlOutput(text);
+        reading.value = read(text);
+        reading.words = DumpValue(reading.value, TypeNames::Shown);
     } catch (const CorvelException& exception) {
-        Promise(*exception.what() != '\0', "a refusal says why");
-        return nullptr;
+        reading.words = exception.what();
+    }
+    return reading;
+}
+
+void CheckListStructures(const Value& value) {
+    if (const auto* structure = dynamic_cast<const MetaStruct*>(value.get())) {
+        for (const std::string& name : structure->GetFieldNames()) {
+            CheckListStructures(structure->GetField(name));
+        }
+    } else if (const auto* list = dynamic_cast<const MetaList*>(value.get())) {
+        const bool hasStructures =
+            list->GetListType() == MetaObj::MetaType::Struct && list->GetCount() > 0;
+        Promise(list->GetListStructure() == (hasStructures ? list->GetItem(0) : nullptr),
+                "a list's first structure is its list structure");
+        for (const Value& item : list->GetObjects()) {
+            CheckListStructures(item);
+        }
     }
 }
 
-std::string Print(AutoCli::Formatter& formatter, const std::shared_ptr<CallSpec::Output>& output) {
+std::string Print(AutoCli::Formatter& formatter, const Value& value) {
+    auto output = CallSpec::Output::New();
+    output->SetRootObject(value);
     AutoCli::FormatParameters parameters;
     AutoCli::DisplayContext context{};
     std::ostringstream stream;
@@ -31,37 +67,67 @@ std::string Print(AutoCli::Formatter& formatter, const std::shared_ptr<CallSpec:
     return stream.str();
 }
 
-// The printed document has other element names than the reader knows: it is refused for them, which
-// proves that it was parsed.
-bool IsWellFormed(const std::string& document) {
-    try {
-        AutoCli::XmlUtil_ParseXmlOutput(document);
-    } catch (const CorvelException& exception) {
-        return std::string(exception.what()).find("'meta-data'") != std::string::npos;
+void ReplaceAll(std::string& text, const std::string& old, const std::string& replacement) {
+    for (std::size_t at = text.find(old); at != std::string::npos;
+         at = text.find(old, at + replacement.size())) {
+        text.replace(at, old.size(), replacement);
     }
-    return false;
+}
+
+/// The value of a printed document in the words of those that are read. Nothing but markup changes:
+/// printed texts hold no "<" and no double quote.
+std::string ToReadable(const std::string& printed) {
+    const std::size_t begin = printed.find("<root>");
+    std::string text = printed.substr(begin, printed.rfind("</root>") - begin) + "</root>";
+    for (const auto& [word, readable] : {std::pair<std::string, std::string>("integer", "int"),
+                                         std::pair<std::string, std::string>("boolean", "bool")}) {
+        ReplaceAll(text, "<" + word + ">", "<" + readable + ">");
+        ReplaceAll(text, "</" + word + ">", "</" + readable + ">");
+        ReplaceAll(text, "<list type=\"" + word + "\">", "<list type=\"" + readable + "\">");
+    }
+    return text;
+}
+
+/// XML has blanks for line ends and tabs in attributes, and a line feed for every other line end.
+bool SurvivesXml(const Value& value) {
+    if (const auto* structure = dynamic_cast<const MetaStruct*>(value.get())) {
+        const std::list<std::string> names = structure->GetFieldNames();
+        return std::all_of(names.begin(), names.end(), [&](const std::string& name) {
+            return name.find_first_of("\t\n\r") == std::string::npos &&
+                   SurvivesXml(structure->GetField(name));
+        });
+    }
+    if (const auto* list = dynamic_cast<const MetaList*>(value.get())) {
+        const auto& items = list->GetObjects();
+        return std::all_of(items.begin(), items.end(), SurvivesXml);
+    }
+    return value->ToString().find('\r') == std::string::npos;
 }
 
 }  // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const auto value = Read(std::string(reinterpret_cast<const char*>(data), size));
-    if (!value) {
+    const std::string text = ToText(data, size);
+    const Reading reading = Read(AutoCli::XmlUtil_ParseXmlOutput, text);
+    Promise(reading.words == Read(ReadByTree, text).words, "the value is that of the tree");
+    const Value& value = reading.value;
+    if (value == nullptr) {
         return 0;
     }
     Promise(value->IsSameStructure(value), "a value has its own shape");
-    auto output = CallSpec::Output::New();
-    output->SetRootObject(value);
-    AutoCli::XmlFormatter xml;
+    CheckListStructures(value);
     AutoCli::JsonFormatter json;
     AutoCli::PythonFormatter python;
     AutoCli::SimpleFormatter simple;
-    Print(json, output);
-    Print(python, output);
-    Print(simple, output);
+    AutoCli::XmlFormatter xml;
+    Print(json, value);
+    Print(python, value);
+    Print(simple, value);
+    const std::string printed = Print(xml, value);
     // What is printed is one level deeper than what was read, and the parser has a limit.
-    if (std::count(data, data + size, '<') < 200) {
-        Promise(IsWellFormed(Print(xml, output)), "printed XML is well-formed");
+    if (std::count(data, data + size, '<') < 200 && SurvivesXml(value)) {
+        Promise(Read(AutoCli::XmlUtil_ParseXmlOutput, ToReadable(printed)).words == reading.words,
+                "what is printed as XML is read as the same value");
     }
     return 0;
 }
