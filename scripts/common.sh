@@ -11,7 +11,9 @@ build_packages=(
 )
 example_packages=(coreutils iproute2 mawk procps util-linux)
 # What the tests run besides.
-test_packages=(abigail-tools binutils libxml2-utils)
+test_packages=(abigail-tools binutils libxml2-utils python3)
+# What fuzzing needs besides.
+fuzz_packages=(clang libclang-rt-14-dev python3)
 
 install_packages() {
     "$project/scripts/install-packages" "$@"
