@@ -32,6 +32,7 @@ public:
     LibXml2& operator=(const LibXml2&) = delete;
 
 // A function of libxml2, by its own name.
+// NOLINTNEXTLINE(bugprone-macro-parentheses): what is declared cannot stand in parentheses
 #define CORVEL_LIBXML2_FUNCTION(name) decltype(&::name) name = Find<decltype(&::name)>(#name)
     CORVEL_LIBXML2_FUNCTION(inputPush);
     CORVEL_LIBXML2_FUNCTION(xmlCheckVersion);

@@ -239,7 +239,8 @@ private:
         const std::string kind = Pick({"string", "int", "bool"});
         std::string text = "<list type=\"" + (Below(20) == 0 ? "float" : kind) + "\">";
         for (std::size_t count = Below(4); count > 0; --count) {
-            text += "<" + kind + ">0</" + kind + ">" + Pick({"", "", "x", "<!-- c -->"});
+            text.append("<").append(kind).append(">0</").append(kind).append(">");
+            text += Pick({"", "", "x", "<!-- c -->"});
         }
         return text + "</list>";
     }
