@@ -139,7 +139,7 @@ void XmlTreeBuilder::AddPiece(Word word, std::string_view text) {
         PutSize(at, Narrow(text.size()));
         at += sizeof(Size);
     }
-    std::memcpy(at, text.data(), text.size());
+    std::copy(text.begin(), text.end(), at);
 }
 
 void XmlTreeBuilder::StartElement(std::string_view name, const XmlAttributes& attributes) {
@@ -149,7 +149,7 @@ void XmlTreeBuilder::StartElement(std::string_view name, const XmlAttributes& at
     _open.push_back({_size, keepsText});
     *Extend(kElementHead) = static_cast<char>(word);
     if (word == Word::Other) {
-        std::memcpy(Extend(name.size()), name.data(), name.size());
+        std::copy(name.begin(), name.end(), Extend(name.size()));
         *Extend(1) = '\0';
     }
     for (const auto& [attribute, value] : attributes) {
