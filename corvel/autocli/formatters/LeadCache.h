@@ -3,8 +3,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
-#include <memory>
 #include <string_view>
 
 #include "corvel/autocli/formatters/TextBuffer.h"
@@ -42,7 +40,7 @@ public:
             lead.name = name;
             lead.variant = variant;
             lead.size = static_cast<std::uint32_t>(_made.Size());
-            std::memcpy(lead.text.data(), _made.View().data(), lead.size);
+            Put(lead.text.data(), _made.View());
         }
         return {lead.text.data(), lead.size};
     }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <ostream>
+#include <string_view>
 
 #include "corvel/autocli/formatters/TextBuffer.h"
 

@@ -155,6 +155,7 @@ private:
             case ValueKind::Null:
                 break;
             case ValueKind::Struct:
+                // NOLINTNEXTLINE(clang-analyzer-core.NonNullParamChecker): this kind has a structure
                 BeginStruct(*value.structure, level);
                 break;
             case ValueKind::List:

@@ -60,7 +60,7 @@ TEST(LeadCache, MakesTextsAgainThatShareTheirPlace) {
 TEST(LeadCache, KnowsNamesByTheirAddress) {
     Leads leads;
     const std::string name = "Size";
-    const std::string copy = name;
+    const std::string copy("Size");
     EXPECT_EQ("Size0", leads.Lead(7, 0, name));
     EXPECT_EQ("Size0", leads.Lead(7, 0, copy));
     EXPECT_EQ(2, leads.Made());
@@ -75,6 +75,15 @@ TEST(LeadCache, RemembersNoLongTexts) {
         EXPECT_EQ(name + "0", leads.Lead(7, 0, name));
         EXPECT_EQ(size + 1 <= 112 ? 1 : 2, leads.Made()) << size;
     }
+}
+
+TEST(LeadCache, RemembersThatThereIsNoText) {
+    LeadCache cache;
+    int made = 0;
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_EQ("", cache.Get(7, 0, &made, [&](TextBuffer&) { ++made; }));
+    }
+    EXPECT_EQ(1, made);
 }
 
 TEST(LeadCache, GivesTextsOfEverySizeInWholeBlocks) {
