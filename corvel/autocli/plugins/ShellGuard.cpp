@@ -75,6 +75,12 @@ public:
         return {byte.role, word.place, byte.isDoubtful || word.isCode};
     }
 
+    /// Whether the byte is safe there, should what stands there be code to a command.
+    bool IsSafe(char c, std::size_t position) const {
+        const std::uint32_t word = _line.bytes[position].word;
+        return word == ShellByte::kNoWord || !_line.words[word].mayBeCode || IsSafeAnywhere(c);
+    }
+
 private:
     ShellLine _line;
 };
@@ -168,7 +174,9 @@ private:
     bool HoldsData(const Piece& piece, const Place& place) const {
         const Meaning harmless = _harmless.At(place.harmless);
         for (std::size_t i = 0; i < piece.text.size(); ++i) {
-            if (!IsData(piece.text[i], _actual.At(place.actual + i), harmless)) {
+            const std::size_t position = place.actual + i;
+            if (!_actual.IsSafe(piece.text[i], position) ||
+                !IsData(piece.text[i], _actual.At(position), harmless)) {
                 return false;
             }
         }

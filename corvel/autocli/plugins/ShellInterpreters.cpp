@@ -8,180 +8,11 @@
 #include <string_view>
 #include <vector>
 
+#include "corvel/autocli/plugins/ShellPrograms.h"
+
 namespace Corvel::AutoCli {
 
 namespace {
-
-/// How a program gets its code.
-enum class CodeIn {
-    Nothing,
-    EveryWord,
-    Names,     // in words that do not begin as an assignment
-    Options,   // behind an option with one of the letters, else from standard input
-    FirstWord  // the first word that is no option, unless an option brings the code
-};
-
-struct Interpreter {
-    std::string_view name;
-    CodeIn code = CodeIn::Nothing;
-    /// The one-letter options behind which code stands.
-    std::string_view codeOptions = {};
-    /// Those behind which another word stands that is no code.
-    std::string_view wordOptions = {};
-};
-
-using enum CodeIn;
-
-// Names without folder and version, in alphabetical order.
-constexpr auto kInterpreters = std::to_array<Interpreter>({
-    {".", EveryWord},
-    {"alias", EveryWord},
-    {"ash", Options, "c"},
-    {"awk", FirstWord, "e", "vFfi"},
-    {"bash", Options, "c"},
-    {"bun", Options, "ep"},
-    {"csh", Options, "c"},
-    {"dash", Options, "c"},
-    {"declare", Names},
-    {"deno", Options, "ep"},
-    {"dsh", EveryWord},
-    {"elvish", Options, "c"},
-    {"emacs", Options, ""},
-    {"eval", EveryWord},
-    {"ex", Options, "c"},
-    {"expect", Options, "c"},
-    {"export", Names},
-    {"fish", Options, "cC"},
-    {"flock", Options, "c"},
-    {"gawk", FirstWord, "e", "vFfi"},
-    {"gdb", Options, "e"},
-    {"getopts", Names},
-    {"gmake", EveryWord},
-    {"groovy", Options, "e"},
-    {"guile", Options, "c"},
-    {"hush", Options, "c"},
-    {"ipython", Options, "c"},
-    {"julia", Options, "eE"},
-    {"ksh", Options, "c"},
-    {"let", EveryWord},
-    {"lksh", Options, "c"},
-    {"local", Names},
-    {"lua", Options, "e"},
-    {"luajit", Options, "e"},
-    {"make", EveryWord},
-    {"mapfile", Names},
-    {"mariadb", Options, "e"},
-    {"mawk", FirstWord, "e", "vFfW"},
-    {"mksh", Options, "c"},
-    {"mysql", Options, "e"},
-    {"nawk", FirstWord, "e", "vFf"},
-    {"node", Options, "ep"},
-    {"nodejs", Options, "ep"},
-    {"nvim", Options, "c"},
-    {"oksh", Options, "c"},
-    {"osh", Options, "c"},
-    {"parallel", EveryWord},
-    {"pdksh", Options, "c"},
-    {"pdsh", EveryWord},
-    {"perl", Options, "eE"},
-    {"php", Options, "rBRE"},
-    {"posh", Options, "c"},
-    {"psql", Options, "c"},
-    {"pssh", EveryWord},
-    {"pwsh", Options, "ce"},
-    {"pypy", Options, "c"},
-    {"python", Options, "c"},
-    {"rbash", Options, "c"},
-    {"rc", Options, "c"},
-    {"read", Names},
-    {"readarray", Names},
-    {"readonly", Names},
-    {"rksh", Options, "c"},
-    {"rsh", EveryWord},
-    {"Rscript", Options, "e"},
-    {"ruby", Options, "e"},
-    {"runuser", Options, "c"},
-    {"sash", Options, "c"},
-    {"screen", EveryWord},
-    {"script", Options, "c"},
-    {"sed", FirstWord, "e", "fl"},
-    {"sh", Options, "c"},
-    {"source", EveryWord},
-    {"sqlite", EveryWord},
-    {"ssh", EveryWord},
-    {"su", Options, "c"},
-    {"tcsh", Options, "c"},
-    {"tmux", EveryWord},
-    {"trap", EveryWord},
-    {"typeset", Names},
-    {"unset", EveryWord},
-    {"vi", Options, "c"},
-    {"vim", Options, "c"},
-    {"watch", EveryWord},
-    {"yash", Options, "c"},
-    {"zsh", Options, "c"},
-});
-
-/// Programs and words that run the command in the words behind them.
-constexpr auto kRunners = std::to_array<std::string_view>({
-    "bwrap",
-    "builtin",
-    "busybox",
-    "capsh",
-    "cgexec",
-    "chpst",
-    "chroot",
-    "chrt",
-    "command",
-    "coproc",
-    "dbus-run-session",
-    "docker",
-    "doas",
-    "env",
-    "eatmydata",
-    "exec",
-    "faketime",
-    "fakeroot",
-    "find",
-    "firejail",
-    "gosu",
-    "ionice",
-    "ip",
-    "kubectl",
-    "lxc-attach",
-    "ltrace",
-    "machinectl",
-    "nice",
-    "nohup",
-    "nsenter",
-    "numactl",
-    "podman",
-    "prlimit",
-    "proxychains",
-    "rlwrap",
-    "runcon",
-    "setarch",
-    "setpriv",
-    "setsid",
-    "setuidgid",
-    "softlimit",
-    "start-stop-daemon",
-    "stdbuf",
-    "strace",
-    "su-exec",
-    "sudo",
-    "systemd-run",
-    "taskset",
-    "time",
-    "timeout",
-    "torsocks",
-    "toybox",
-    "unbuffer",
-    "unshare",
-    "valgrind",
-    "xargs",
-    "xvfb-run",
-});
 
 /// Long options behind which, or behind whose =, code stands.
 constexpr auto kLongOptions = std::to_array<std::string_view>({
@@ -196,38 +27,6 @@ constexpr auto kLongOptions = std::to_array<std::string_view>({
     "--session-command",
     "--source",
 });
-
-/// The name of the program that the word runs: without folder and version.
-std::string_view ProgramName(const ShellWord& word) {
-    std::string_view name = word.text;
-    name.remove_prefix(std::min(name.rfind('/') + 1, name.size()));
-    while (name.size() > 1 && std::string_view("0123456789.-").find(name.back()) != name.npos) {
-        name.remove_suffix(1);
-    }
-    return name;
-}
-
-/// Whether the name comes from an expansion, so that the word may run anything.
-bool IsUnknownProgram(const ShellWord& word) {
-    return !word.isKnown && ProgramName(word).find(ShellWord::kExpanded) != std::string_view::npos;
-}
-
-const Interpreter* FindInterpreter(const ShellWord& word) {
-    static constexpr Interpreter kUnknown = {"", Options, "ce"};
-    if (IsUnknownProgram(word)) {
-        return &kUnknown;
-    }
-    const std::string_view name = ProgramName(word);
-    const auto* found = std::find_if(kInterpreters.begin(),
-                                     kInterpreters.end(),
-                                     [&](const Interpreter& known) { return known.name == name; });
-    return found == kInterpreters.end() ? nullptr : found;
-}
-
-bool IsRunner(const ShellWord& word) {
-    return IsUnknownProgram(word) ||
-           std::find(kRunners.begin(), kRunners.end(), ProgramName(word)) != kRunners.end();
-}
 
 bool IsShortOption(std::string_view text) {
     return text.size() > 1 && text[0] == '-' && text[1] != '-';
@@ -303,12 +102,15 @@ public:
         for (std::size_t i = 0; i < _words.size() && !_isDone; ++i) {
             ReadOption(i);
             ReadName(i);
-            _mayBeCommand = _mayBeCommand && (i > 0 || IsRunner(*_words[0]));
+            PassCommand(*_words[i]);
         }
         return _readsInput;
     }
 
 private:
+    /// Whether the next word can be what runs: the first one, or one behind a runner.
+    bool ExpectsCommand() const { return _operands > 0; }
+
     /// Looks at the word as one behind an interpreter.
     void ReadOption(std::size_t i) {
         const std::string_view text = _words[i]->text;
@@ -322,17 +124,19 @@ private:
 
     void ReadName(std::size_t i) {
         const Interpreter* interpreter = FindInterpreter(*_words[i]);
-        if (interpreter == nullptr) {
+        if (interpreter == nullptr || _isDone) {
             return;
         }
         if (interpreter->code == CodeIn::Options) {
-            // Also where it is an argument: of a runner that is not known.
+            // Also where it is an argument: its command may be a runner that is not known.
+            _isSure = ExpectsCommand() || (_isBehindInterpreter && _isSure);
             _isBehindInterpreter = true;
+            _readsInput = ExpectsCommand();
             AddCodeOptions(interpreter->codeOptions);
-            _readsInput = _mayBeCommand;
-        } else if (!_mayBeCommand) {
+        } else if (!ExpectsCommand()) {
             return;
         } else if (interpreter->code == CodeIn::EveryWord) {
+            _isSure = true;
             MarkFrom(i + 1);
         } else if (interpreter->code == CodeIn::Names) {
             MarkNames(_words.subspan(i + 1));
@@ -340,6 +144,22 @@ private:
         } else {
             MarkProgram(_words.subspan(i + 1), *interpreter);
         }
+    }
+
+    /// Counts the words between a runner and its command. What stands behind an option may be its
+    /// argument, and numbers and assignments are for the runner.
+    void PassCommand(const ShellWord& word) {
+        const std::string_view text = word.text;
+        const Runner* runner = FindRunner(word);
+        const bool isOption = text.starts_with('-');
+        const bool isForRunner = !text.empty() && ((text[0] >= '0' && text[0] <= '9') ||
+                                                   text.find('=') != std::string_view::npos);
+        if (runner != nullptr && (ExpectsCommand() || isOption)) {
+            _operands = 1 + runner->operands;
+        } else if (ExpectsCommand() && !isOption && !isForRunner && !_isBehindOption) {
+            --_operands;
+        }
+        _isBehindOption = isOption && text != "--" && runner == nullptr;
     }
 
     void AddCodeOptions(std::string_view options) {
@@ -351,14 +171,19 @@ private:
     }
 
     void MarkFrom(std::size_t i) {
-        MarkAll(_words.subspan(i));
+        for (ShellWord* word : _words.subspan(i)) {
+            (_isSure ? word->isCode : word->mayBeCode) = true;
+        }
         _readsInput = false;
         _isDone = true;
     }
 
     const Words _words;
-    bool _mayBeCommand = true;
+    std::size_t _operands = 1;
+    bool _isBehindOption = false;
     bool _isBehindInterpreter = false;
+    /// The interpreter is the command, or that of a known runner.
+    bool _isSure = false;
     std::string _codeOptions;
     bool _readsInput = false;
     bool _isDone = false;

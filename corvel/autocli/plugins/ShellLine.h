@@ -61,6 +61,8 @@ struct ShellWord {
     bool isAssignment = false;
     /// Some interpreter reads it as code once more: behind eval, sh -c and the like.
     bool isCode = false;
+    /// The same, if its command runs the command that stands among its arguments.
+    bool mayBeCode = false;
 };
 
 /// A command line as the shells read it, byte by byte.

@@ -22,7 +22,7 @@ std::string CodeOf(const std::string& text) {
     MarkInterpretedWords(line);
     std::string code;
     for (const ShellWord& word : line.words) {
-        if (word.isCode) {
+        if (word.isCode || word.mayBeCode) {
             code += (code.empty() ? "" : "|") + word.text;
         }
     }
@@ -68,6 +68,11 @@ INSTANTIATE_TEST_SUITE_P(
         {"RunnersAreLookedThrough",
          "sudo -u a env B=c timeout 5 sh -c d; nohup awk e f; exec eval g",
          "-c|d|e|g"},
+        {"RunnersWithOptionsAndOperands",
+         "sudo -n -u a -- awk b; chroot /c eval d; env - e=f nice -n 5 eval g",
+         "b|d|g"},
+        {"RunnersOfFind", "find a -name b -exec awk c {} ;", "c"},
+        {"ArgumentsOfWhatIsRun", "sudo systemctl status ssh -n; timeout 5 service make a", ""},
         {"UnknownRunnersOfAShell", "tool a sh -c b; xargs -n1 sh -c c", "-c|b|-c|c"},
         {"UnknownRunnersOfEval", "tool eval a; echo awk b", ""},
         {"ExpandedCommandMayBeAnything", "$a -c b; \"$(c)\" -e d; ${e:-f} eval g", "-c|b|-e|d|g"},

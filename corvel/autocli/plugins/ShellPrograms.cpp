@@ -1,0 +1,156 @@
+#include "corvel/autocli/plugins/ShellPrograms.h"
+
+#include <algorithm>
+#include <array>
+
+namespace Corvel::AutoCli {
+
+namespace {
+
+using enum CodeIn;
+
+// Names without folder and version, in alphabetical order.
+constexpr auto kInterpreters = std::to_array<Interpreter>({
+    {".", EveryWord},
+    {"alias", EveryWord},
+    {"ash", Options, "c"},
+    {"awk", FirstWord, "e", "vFfi"},
+    {"bash", Options, "c"},
+    {"bun", Options, "ep"},
+    {"csh", Options, "c"},
+    {"dash", Options, "c"},
+    {"declare", Names},
+    {"deno", Options, "ep"},
+    {"dsh", EveryWord},
+    {"elvish", Options, "c"},
+    {"emacs", Options, ""},
+    {"eval", EveryWord},
+    {"ex", Options, "c"},
+    {"expect", Options, "c"},
+    {"export", Names},
+    {"fish", Options, "cC"},
+    {"flock", Options, "c"},
+    {"gawk", FirstWord, "e", "vFfi"},
+    {"gdb", Options, "e"},
+    {"getopts", Names},
+    {"gmake", EveryWord},
+    {"groovy", Options, "e"},
+    {"guile", Options, "c"},
+    {"hush", Options, "c"},
+    {"ipython", Options, "c"},
+    {"julia", Options, "eE"},
+    {"ksh", Options, "c"},
+    {"let", EveryWord},
+    {"lksh", Options, "c"},
+    {"local", Names},
+    {"lua", Options, "e"},
+    {"luajit", Options, "e"},
+    {"make", EveryWord},
+    {"mapfile", Names},
+    {"mariadb", Options, "e"},
+    {"mawk", FirstWord, "e", "vFfW"},
+    {"mksh", Options, "c"},
+    {"mysql", Options, "e"},
+    {"nawk", FirstWord, "e", "vFf"},
+    {"node", Options, "ep"},
+    {"nodejs", Options, "ep"},
+    {"nvim", Options, "c"},
+    {"oksh", Options, "c"},
+    {"osh", Options, "c"},
+    {"parallel", EveryWord},
+    {"pdksh", Options, "c"},
+    {"pdsh", EveryWord},
+    {"perl", Options, "eE"},
+    {"php", Options, "rBRE"},
+    {"posh", Options, "c"},
+    {"psql", Options, "c"},
+    {"pssh", EveryWord},
+    {"pwsh", Options, "ce"},
+    {"pypy", Options, "c"},
+    {"python", Options, "c"},
+    {"rbash", Options, "c"},
+    {"rc", Options, "c"},
+    {"read", Names},
+    {"readarray", Names},
+    {"readonly", Names},
+    {"rksh", Options, "c"},
+    {"rsh", EveryWord},
+    {"Rscript", Options, "e"},
+    {"ruby", Options, "e"},
+    {"runuser", Options, "c"},
+    {"sash", Options, "c"},
+    {"screen", EveryWord},
+    {"script", Options, "c"},
+    {"sed", FirstWord, "e", "fl"},
+    {"sh", Options, "c"},
+    {"source", EveryWord},
+    {"sqlite", EveryWord},
+    {"ssh", EveryWord},
+    {"su", Options, "c"},
+    {"tcsh", Options, "c"},
+    {"tmux", EveryWord},
+    {"trap", EveryWord},
+    {"typeset", Names},
+    {"unset", EveryWord},
+    {"vi", Options, "c"},
+    {"vim", Options, "c"},
+    {"watch", EveryWord},
+    {"yash", Options, "c"},
+    {"zsh", Options, "c"},
+});
+
+constexpr auto kRunners = std::to_array<Runner>({
+    {"-exec"},     {"-execdir"},    {"-ok"},          {"-okdir"},    {"builtin"},
+    {"busybox"},   {"bwrap"},       {"capsh"},        {"cgexec"},    {"chpst"},
+    {"chroot", 1}, {"chrt"},        {"command"},      {"coproc"},    {"dbus-run-session"},
+    {"doas"},      {"eatmydata"},   {"env"},          {"exec"},      {"fakeroot"},
+    {"faketime"},  {"firejail"},    {"flock", 1},     {"gosu", 1},   {"ionice"},
+    {"ltrace"},    {"nice"},        {"nohup"},        {"nsenter"},   {"numactl"},
+    {"prlimit"},   {"proxychains"}, {"rlwrap"},       {"runcon"},    {"setarch", 1},
+    {"setpriv"},   {"setsid"},      {"setuidgid", 1}, {"softlimit"}, {"start-stop-daemon"},
+    {"stdbuf"},    {"strace"},      {"su-exec", 1},   {"sudo"},      {"systemd-run"},
+    {"taskset"},   {"time"},        {"timeout"},      {"torsocks"},  {"toybox"},
+    {"unbuffer"},  {"unshare"},     {"valgrind"},     {"xargs"},     {"xvfb-run"},
+});
+
+/// The name of the program that the word runs: without folder and version.
+std::string_view ProgramName(const ShellWord& word) {
+    std::string_view name = word.text;
+    name.remove_prefix(std::min(name.rfind('/') + 1, name.size()));
+    while (name.size() > 1 && std::string_view("0123456789.-").find(name.back()) != name.npos) {
+        name.remove_suffix(1);
+    }
+    return name;
+}
+
+/// Whether the name comes from an expansion, so that the word may run anything.
+bool IsUnknownProgram(const ShellWord& word) {
+    return !word.isKnown && ProgramName(word).find(ShellWord::kExpanded) != std::string_view::npos;
+}
+
+}  // namespace
+
+const Interpreter* FindInterpreter(const ShellWord& word) {
+    static constexpr Interpreter kUnknown = {"", Options, "ce"};
+    if (IsUnknownProgram(word)) {
+        return &kUnknown;
+    }
+    const std::string_view name = ProgramName(word);
+    const auto* found = std::find_if(kInterpreters.begin(),
+                                     kInterpreters.end(),
+                                     [&](const Interpreter& known) { return known.name == name; });
+    return found == kInterpreters.end() ? nullptr : found;
+}
+
+const Runner* FindRunner(const ShellWord& word) {
+    static constexpr Runner kUnknown = {""};
+    if (IsUnknownProgram(word)) {
+        return &kUnknown;
+    }
+    const std::string_view name = ProgramName(word);
+    const auto* found = std::find_if(
+        kRunners.begin(), kRunners.end(), [&](const Runner& known) { return known.name == name; });
+    return found == kRunners.end() ? nullptr : found;
+}
+
+}  // namespace Corvel::AutoCli

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+#include "corvel/autocli/plugins/ShellLine.h"
+
+/// What is known of the programs that read their arguments as code, or run them.
+namespace Corvel::AutoCli {
+
+/// How a program gets its code.
+enum class CodeIn {
+    Nothing,
+    EveryWord,
+    Names,     // in words that do not begin as an assignment
+    Options,   // behind an option with one of the letters, else from standard input
+    FirstWord  // the first word that is no option, unless an option brings the code
+};
+
+struct Interpreter {
+    std::string_view name;
+    CodeIn code = CodeIn::Nothing;
+    /// The one-letter options behind which code stands.
+    std::string_view codeOptions = {};
+    /// Those behind which another word stands that is no code.
+    std::string_view wordOptions = {};
+};
+
+/// What runs the command in the words behind it.
+struct Runner {
+    std::string_view name;
+    /// So many words that are neither options nor their arguments stand before that command.
+    std::size_t operands = 0;
+};
+
+/// @return what is known of the program that the word names, whatever its folder and version; null when
+///         it is no interpreter. A name that comes from an expansion may be that of any shell.
+const Interpreter* FindInterpreter(const ShellWord& word);
+/// The same for what runs other programs.
+const Runner* FindRunner(const ShellWord& word);
+
+}  // namespace Corvel::AutoCli
