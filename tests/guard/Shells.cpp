@@ -1,6 +1,8 @@
 #include "tests/guard/Shells.h"
 
 #include <fcntl.h>
+#include <poll.h>
+#include <signal.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -42,6 +44,8 @@ std::vector<char*> Pointers(const std::vector<std::string>& texts) {
 class Surroundings {
 public:
     Surroundings(const std::string& directory, int report, bool printsToReport) {
+        posix_spawnattr_init(&_attributes);
+        posix_spawnattr_setflags(&_attributes, POSIX_SPAWN_SETPGROUP);
         posix_spawn_file_actions_init(&_actions);
         posix_spawn_file_actions_addchdir_np(&_actions, directory.c_str());
         posix_spawn_file_actions_adddup2(&_actions, report, kCanaryReport);
@@ -56,12 +60,18 @@ public:
     }
     Surroundings(const Surroundings&) = delete;
     Surroundings& operator=(const Surroundings&) = delete;
-    ~Surroundings() { posix_spawn_file_actions_destroy(&_actions); }
+    ~Surroundings() {
+        posix_spawn_file_actions_destroy(&_actions);
+        posix_spawnattr_destroy(&_attributes);
+    }
 
     const posix_spawn_file_actions_t* Actions() const { return &_actions; }
+    /// A process group of its own, which ends as a whole.
+    const posix_spawnattr_t* Attributes() const { return &_attributes; }
 
 private:
     posix_spawn_file_actions_t _actions{};
+    posix_spawnattr_t _attributes{};
 };
 
 std::vector<std::string> Lines(const std::string& text) {
@@ -73,6 +83,24 @@ std::vector<std::string> Lines(const std::string& text) {
         begin = end + 1;
     }
     return lines;
+}
+
+/// Reads until nobody can write any more.
+/// @return false when nothing comes for long.
+bool ReadReport(int report, std::string& text) {
+    constexpr int kLongMilliseconds = 10000;
+    std::array<char, 4096> buffer{};
+    while (true) {
+        pollfd ready{report, POLLIN, 0};
+        if (poll(&ready, 1, kLongMilliseconds) == 0) {
+            return false;
+        }
+        const ssize_t size = read(report, buffer.data(), buffer.size());
+        if (size <= 0) {
+            return true;
+        }
+        text.append(buffer.data(), static_cast<std::size_t>(size));
+    }
 }
 
 std::vector<std::string> CanariesIn(const std::vector<std::string>& report) {
@@ -136,7 +164,7 @@ std::string Aviary::Start(const std::string& script, bool printsToReport) {
     const int failure = posix_spawn(&child,
                                     _shell.path.c_str(),
                                     surroundings.Actions(),
-                                    nullptr,
+                                    surroundings.Attributes(),
                                     Pointers(arguments).data(),
                                     Pointers(_environment).data());
     if (failure != 0) {
@@ -145,10 +173,14 @@ std::string Aviary::Start(const std::string& script, bool printsToReport) {
     ++_started;
     writer.Close();
     std::string text;
-    if (reader.ReadToEnd(text) != 0) {
-        throw std::system_error(errno, std::generic_category(), "report");
+    const bool hasEnded = ReadReport(reader.Get(), text);
+    if (!hasEnded) {
+        kill(-child, SIGKILL);
     }
     waitpid(child, nullptr, 0);
+    if (!hasEnded) {
+        throw ShellHangs(_shell.name + " hangs: " + script);
+    }
     return text;
 }
 

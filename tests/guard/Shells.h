@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <iosfwd>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -23,6 +24,12 @@ std::ostream& operator<<(std::ostream& stream, const Shell& shell);
 /// dash, bash, bash as sh, busybox sh, mksh.
 const std::vector<Shell>& Shells();
 
+/// A shell has said nothing for ten seconds, and was ended.
+class ShellHangs : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
 /// A folder in which the canary stands under many names.
 class Canaries {
 public:
@@ -36,6 +43,8 @@ private:
 /// A place for one shell to run lines in: an empty folder, and a PATH on which the canaries stand
 /// before the few tools that lines use. A canary that is run reports it, through a descriptor of its
 /// own.
+///
+/// Failures: ShellHangs; std::system_error when the system has no room for another process.
 class Aviary {
 public:
     Aviary(const Shell& shell, const Canaries& canaries);
