@@ -16,7 +16,7 @@ struct GuardedTemplate {
     std::string text;
     /// The template itself makes the value a command, or code.
     bool runsValue = false;
-    /// Most of its lines end their shell, so each of them needs one of its own.
+    /// Its lines need processes, or end their shell, so that each needs one of its own.
     bool isSlow = false;
 };
 
