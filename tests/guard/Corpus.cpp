@@ -89,7 +89,7 @@ const std::vector<GuardedTemplate>& Corpus() {
         {": <<E\n$val{aa}\nE\n: '$val{bb}'"},
         {": <<'E'\n$val{aa}\n'$val{bb}'\nE\n"},
         {": <<-E\n\t$val{aa} $(: $val{bb})\nE"},
-        {": <<$val{aa}\na\n$val{aa}\n: '$val{bb}'"},
+        {": <<$val{aa}\na\n$val{aa}\n: '$val{bb}'", false, true},
         {": <<E <<F\n$val{aa}\nE\n$val{bb}\nF\n"},
         // Other interpreters.
         {"eval : $val{aa}"},
