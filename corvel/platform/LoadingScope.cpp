@@ -39,7 +39,7 @@ void ReplaceStandardStream(int stream) {
 
 }  // namespace
 
-LoadingScope* LoadingScope::sCurrent = nullptr;
+LoadingScope* LoadingScope::_sCurrent = nullptr;
 
 LoadingScope::LoadingScope(const std::string& path)
     : _path(path),
@@ -47,15 +47,15 @@ LoadingScope::LoadingScope(const std::string& path)
       _openStreams{IsOpen(STDIN_FILENO), IsOpen(STDOUT_FILENO), IsOpen(STDERR_FILENO)},
       _process(getpid()),
       _thread(pthread_self()),
-      _outer(sCurrent) {
+      _outer(_sCurrent) {
     // Once in the process, before any library can register functions of its own, which run earlier.
     [[maybe_unused]] static const bool registered =
         std::atexit(&RefuseToSucceed) == 0 && std::at_quick_exit(&RefuseToSucceed) == 0;
-    sCurrent = this;
+    _sCurrent = this;
 }
 
 LoadingScope::~LoadingScope() {
-    sCurrent = _outer;
+    _sCurrent = _outer;
     if (!_workingDirectory.empty() && WorkingDirectory() != _workingDirectory) {
         // By its name: the library may have closed a descriptor that we kept for it.
         std::error_code failure;
@@ -69,7 +69,7 @@ LoadingScope::~LoadingScope() {
 }
 
 void LoadingScope::RefuseToSucceed() {
-    const LoadingScope* const scope = sCurrent;
+    const LoadingScope* const scope = _sCurrent;
     if (scope == nullptr || scope->_process != getpid() ||
         pthread_equal(scope->_thread, pthread_self()) == 0) {
         return;

@@ -37,7 +37,7 @@ public:
 private:
     static void RefuseToSucceed();
 
-    static LoadingScope* sCurrent;
+    static LoadingScope* _sCurrent;
 
     const std::string& _path;
     std::string _workingDirectory;

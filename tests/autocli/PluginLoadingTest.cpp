@@ -244,7 +244,7 @@ protected:
     ~PluginFileCheckTest() override { AutoCli::SetPluginFileCheck(nullptr); }
 
     static bool RefuseBad(const std::string& path, std::string& reason) {
-        sAskedFor.push_back(path);
+        _sAskedFor.push_back(path);
         EXPECT_EQ(reason, "");
         if (path.find("bad") == std::string::npos) {
             return true;
@@ -253,9 +253,9 @@ protected:
         return false;
     }
 
-    inline static std::vector<std::string> sAskedFor;
+    inline static std::vector<std::string> _sAskedFor;
 
-    void SetUp() override { sAskedFor.clear(); }
+    void SetUp() override { _sAskedFor.clear(); }
 };
 
 TEST_F(PluginFileCheckTest, RefusedFileIsNotLoaded) {
@@ -280,13 +280,13 @@ TEST_F(PluginFileCheckTest, AllowedFileIsLoadedAsEver) {
     EXPECT_THAT(Namespaces(), ElementsAre("first", "quorcli"));
     EXPECT_EQ(ThrownText([&] { _dispatcher.AddPlugin("/nonexistent/a.xml"); }),
               "Unable to parse XML descriptor: /nonexistent/a.xml");
-    EXPECT_THAT(sAskedFor, ElementsAre(descriptor, "/nonexistent/a.xml"));
+    EXPECT_THAT(_sAskedFor, ElementsAre(descriptor, "/nonexistent/a.xml"));
 }
 
 TEST_F(PluginFileCheckTest, FilesThatAreNoPluginsAreNotAskedAbout) {
     _dispatcher.AddPlugin("/nonexistent/bad.txt");
     _dispatcher.AddPlugin("");
-    EXPECT_THAT(sAskedFor, ElementsAre());
+    EXPECT_THAT(_sAskedFor, ElementsAre());
 }
 
 TEST_F(PluginFileCheckTest, RefusedFileOfADirectoryIsToldAndPassedOver) {

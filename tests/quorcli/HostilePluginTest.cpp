@@ -197,6 +197,11 @@ TEST_P(HostilePluginWhen, AbortIsNoSuccess) {
 }
 
 TEST_P(HostilePluginWhen, EndOfTheThreadIsNoSuccess) {
+#ifdef __SANITIZE_ADDRESS__
+    if (GetParam() == std::string("Early")) {
+        GTEST_SKIP() << "the sanitizer loses track of a stack that is unwound through the loader";
+    }
+#endif
     PutLibraryThat("EndsItsThread");
     EXPECT_EQ(
         RunNext(),

@@ -64,6 +64,7 @@ __attribute__((constructor)) void Initialise() {
 }  // namespace
 
 extern "C" __attribute__((visibility("default"))) void AutoCli_RegisterNamespaces(
+    // NOLINTNEXTLINE(performance-unnecessary-value-param): the signature of every entry point
     std::shared_ptr<Corvel::AutoCli::Namespace>) {
 #ifndef IN_INITIALISER
     Misbehave();
