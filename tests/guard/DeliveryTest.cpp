@@ -131,7 +131,7 @@ TEST(StandardInput, GetsEveryByte) {
 
 TEST(TemplateText, StaysAsItIsOutsideOfTokens) {
     std::mt19937 random(5);
-    const auto text = [&] {
+    const auto randomText = [&] {
         std::string bytes;
         for (std::size_t count = random() % 20; count > 0; --count) {
             const char byte = static_cast<char>(random());
@@ -140,14 +140,15 @@ TEST(TemplateText, StaysAsItIsOutsideOfTokens) {
         return bytes;
     };
     for (int i = 0; i < 20000; ++i) {
-        const std::string before = text();
-        const std::string between = text();
-        const std::string behind = text();
-        const std::string line =
-            Expanded(before + "$val{aa}" + between + "$list{ll,',',false}" + behind,
-                     {{kFirst, {"12"}}, {kList, {"3", "4"}}})
-                .Render();
-        ASSERT_EQ(line, before + "12" + between + "3,4" + behind);
+        const std::string before = randomText();
+        const std::string between = randomText();
+        const std::string behind = randomText();
+        std::string text = before;
+        text.append("$val{aa}").append(between).append("$list{ll,',',false}").append(behind);
+        std::string expected = before;
+        expected.append("12").append(between).append("3,4").append(behind);
+        const std::string line = Expanded(text, {{kFirst, {"12"}}, {kList, {"3", "4"}}}).Render();
+        ASSERT_EQ(line, expected);
     }
 }
 
