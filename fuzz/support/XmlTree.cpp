@@ -17,7 +17,7 @@ const xmlChar* ToXml(const std::string& text) {
 }
 
 std::string TakeText(xmlChar* text) {
-    const std::string copy = text == nullptr ? "" : reinterpret_cast<const char*>(text);
+    std::string copy = text == nullptr ? "" : reinterpret_cast<const char*>(text);
     xmlFree(text);
     return copy;
 }
