@@ -27,6 +27,7 @@ OUTPUT
 expect_hostinfo() {
     local staging=$1 plugin=$2 library_folder
     library_folder=$(dirname "$(find "$staging" -name libcorvel.so.1)")
+    # shellcheck disable=SC2317  # expect calls it
     quorcli_with_plugin() {
         LD_LIBRARY_PATH=$library_folder "$staging/bin/quorcli" --plugin "$plugin" "$@" | sed -E 's/[0-9]+(\.[0-9]+)?/N/g'
     }

@@ -2,6 +2,7 @@
 #include <sys/stat.h>
 
 #include <filesystem>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -203,10 +204,14 @@ TEST_P(HostilePluginWhen, EndOfTheThreadIsNoSuccess) {
     }
 #endif
     PutLibraryThat("EndsItsThread");
-    EXPECT_EQ(
-        RunNext(),
-        (Result{
-            128 + SIGABRT, "", "Errors: \nUnexpected exception\nFATAL: exception not rethrown\n"}));
+    const Result result = RunNext();
+    EXPECT_EQ(128 + SIGABRT, result.status);
+    EXPECT_EQ("", result.out);
+    // Which of the functions that are on the stack refuses to be unwound is up to the compiler.
+    const std::set<std::string> refusals{
+        "Errors: \nUnexpected exception\nFATAL: exception not rethrown\n",
+        "terminate called without an active exception\n"};
+    EXPECT_EQ(1U, refusals.count(result.err)) << result.err;
 }
 
 TEST_P(HostilePluginWhen, ItsChildrenEndAsTheyLike) {

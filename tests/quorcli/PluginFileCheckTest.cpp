@@ -45,8 +45,7 @@ Result Refused(const std::string& plugin) {
 
 Result Loaded(const std::string& program) {
     return {1,
-            "Usage: " +
-                program +
+            "Usage: " + program +
                 " [disp options] found <namespaces> <command>\n"
                 "\n"
                 "For help please run " +
