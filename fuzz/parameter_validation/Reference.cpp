@@ -47,6 +47,7 @@ std::string JoinedInBrackets(const std::vector<std::string>& texts) {
 
 std::vector<std::string> ToTexts(const std::vector<long>& integers) {
     std::vector<std::string> texts;
+    texts.reserve(integers.size());
     for (const long integer : integers) {
         texts.push_back(std::to_string(integer));
     }
