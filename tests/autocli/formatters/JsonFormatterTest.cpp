@@ -304,7 +304,8 @@ TEST(JsonFormatter, KeepsApartTypesThatAlternate) {
             nested += c;
             nested += c == '\n' ? "      " : "";
         }
-        expected += "   \"" + name + "\": \n      " + nested + (i == 8 ? "\n" : ",\n");
+        expected.append("   \"").append(name).append("\": \n      ").append(nested);
+        expected.append(i == 8 ? "\n" : ",\n");
     }
     EXPECT_EQ(expected + "}", FormatValue(formatter, holder, 0));
 }

@@ -310,7 +310,7 @@ std::string Text(ExtensionCommand& command) {
     const FormatParameters format = command.GetDefaultOutputFormatParameters();
     std::string text = command.GetDescription() + "\n" + format.GetFormatter() + "\n";
     for (const auto& [key, value] : format.GetParameters()) {
-        text += key + "=" + value + "\n";
+        text.append(key).append("=").append(value).append("\n");
     }
     return text + Text(*command.GetInputSpecInternal()) + Text(*command.GetOutputSpecInternal());
 }
