@@ -1,7 +1,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include <csignal>
+#include <cerrno>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -70,8 +70,8 @@ public:
 private:
     void Send(const void* data, std::size_t size) {
         for (const char* at = static_cast<const char*>(data); size > 0;) {
-            const ssize_t sent = send(_socket, at, size, MSG_NOSIGNAL);
-            RequireProgress(sent);
+            const ssize_t sent =
+                Finish([this, at, size] { return send(_socket, at, size, MSG_NOSIGNAL); });
             at += sent;
             size -= static_cast<std::size_t>(sent);
         }
@@ -79,17 +79,24 @@ private:
 
     void Receive(void* data, std::size_t size) {
         for (char* at = static_cast<char*>(data); size > 0;) {
-            const ssize_t received = recv(_socket, at, size, 0);
-            RequireProgress(received);
+            const ssize_t received =
+                Finish([this, at, size] { return recv(_socket, at, size, 0); });
             at += received;
             size -= static_cast<std::size_t>(received);
         }
     }
 
-    static void RequireProgress(ssize_t count) {
+    /// Calls again what the fuzzer's timer interrupted.
+    template <typename Call>
+    static ssize_t Finish(const Call& call) {
+        ssize_t count = call();
+        while (count < 0 && errno == EINTR) {
+            count = call();
+        }
         if (count <= 0) {
             throw std::runtime_error("python3 does not answer");
         }
+        return count;
     }
 
     int _socket = -1;
