@@ -198,20 +198,22 @@ TEST_P(HostilePluginWhen, AbortIsNoSuccess) {
 }
 
 TEST_P(HostilePluginWhen, EndOfTheThreadIsNoSuccess) {
-#ifdef __SANITIZE_ADDRESS__
-    if (GetParam() == std::string("Early")) {
-        GTEST_SKIP() << "the sanitizer loses track of a stack that is unwound through the loader";
-    }
-#endif
     PutLibraryThat("EndsItsThread");
     const Result result = RunNext();
-    EXPECT_EQ(128 + SIGABRT, result.status);
     EXPECT_EQ("", result.out);
+#ifdef __SANITIZE_ADDRESS__
+    // The sanitizer loses track of a stack that is unwound through the loader, and may end the
+    // process with a report of its own.
+    EXPECT_NE(0, result.status);
+    EXPECT_NE("", result.err);
+#else
+    EXPECT_EQ(128 + SIGABRT, result.status);
     // Which of the functions that are on the stack refuses to be unwound is up to the compiler.
     const std::set<std::string> refusals{
         "Errors: \nUnexpected exception\nFATAL: exception not rethrown\n",
         "terminate called without an active exception\n"};
     EXPECT_EQ(1U, refusals.count(result.err)) << result.err;
+#endif
 }
 
 TEST_P(HostilePluginWhen, ItsChildrenEndAsTheyLike) {
