@@ -1,3 +1,4 @@
+#include <errno.h>
 #include <fcntl.h>
 #include <signal.h>
 #include <sys/auxv.h>
@@ -18,7 +19,7 @@ namespace {
 void OpenMissingStandardStreams() {
     constexpr int kModes[] = {O_RDONLY, O_RDONLY, O_WRONLY};
     for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; ++descriptor) {
-        if (::fcntl(descriptor, F_GETFD) == -1) {
+        if (::fcntl(descriptor, F_GETFD) == -1 && errno == EBADF) {
             // The lowest free descriptor is this one. Children inherit standard streams.
             // NOLINTNEXTLINE(android-cloexec-open)
             static_cast<void>(::open("/dev/null", kModes[descriptor]));
@@ -41,8 +42,14 @@ bool TrustsRootOnly() {
 #endif
 }
 
+/// Whether the default plug-ins are not there. Where the system cannot tell, reading them will.
+bool LacksDefaultPlugins() {
+    return ::access("/usr/lib/orvane/quorcli", F_OK) != 0 &&
+           (errno == ENOENT || errno == ENOTDIR || errno == EACCES);
+}
+
 void LoadDefaultPlugins(Corvel::AutoCli::CliDispatcher& dispatcher) {
-    if (::access("/usr/lib/orvane/quorcli", F_OK) == 0) {
+    if (!LacksDefaultPlugins()) {
         dispatcher.AddDefaultDirectories();
     }
 }

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
 #include <cstdlib>
 #include <iostream>
 #include <list>
@@ -257,7 +256,7 @@ bool CliDispatcher::HandleInput(const OptionParser& parser) {
     const std::string& name = names.front();
     if (name == "STDIN") {
         const bool result = ParseStreamInput(std::cin);
-        return CheckReading(name, std::cin.bad() || std::ferror(stdin) != 0) && result;
+        return CheckReading(name, Platform::StandardInputError() != 0) && result;
     }
     Platform::InputFile file(name);
     if (!file.IsOpen()) {
@@ -324,7 +323,7 @@ bool CliDispatcher::PrintOutput(const std::shared_ptr<CommandInput>& input,
 bool CliDispatcher::ParseStreamInput(std::istream& stream) {
     bool result = true;
     std::string line;
-    while (std::getline(stream, line)) {
+    while (Platform::ReadLine(stream, line)) {
         OptionParser parser;
         const bool empty = parser.ParseString(line);
         if (!empty) {

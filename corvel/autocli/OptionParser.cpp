@@ -11,6 +11,7 @@
 #include "corvel/callspec/InputSpec.h"
 #include "corvel/callspec/ParameterSpec.h"
 #include "corvel/metaobj/NullText.h"
+#include "corvel/platform/ErrorText.h"
 #include "corvel/platform/SilentTerminal.h"
 #include "corvel/platform/StandardStreams.h"
 
@@ -25,20 +26,20 @@ std::string Pop(std::stack<std::string>& words) {
 }
 
 /// The echo goes off before the prompt can be seen: whoever answers it is never too early.
-std::string ReadLineSilently(const std::string& prompt) {
-    const Platform::SilentTerminal silence(STDIN_FILENO);
+/// @return why no line was read; empty when one was, or the input has ended.
+std::string ReadLineSilently(const std::string& prompt, std::string& line) {
+    const Platform::SilentTerminal terminal(STDIN_FILENO);
+    if (terminal.ShowsInput()) {
+        return "the terminal would show it";
+    }
     std::cout << prompt;
-    Platform::FlushStandardOutput();
-    std::string line;
-    std::getline(std::cin, line);
-    return line;
-}
-
-std::string PromptForSecret(const CallSpec::ParameterSpec& parameter) {
-    std::string value = ReadLineSilently("Enter value for '" + parameter.GetName() + "': ");
-    std::cout << '\n';
-    Platform::FlushStandardOutput();
-    return value;
+    const bool isPromptShown = Platform::FlushStandardOutput() || prompt.empty();
+    if (terminal.IsTerminal() && !isPromptShown) {
+        return "nobody can see the prompt";
+    }
+    Platform::ReadLine(std::cin, line);
+    const int error = Platform::StandardInputError();
+    return error == 0 ? std::string() : Platform::ErrorText(error);
 }
 
 const CallSpec::ParameterSpec* FindParameter(const CallSpec::InputSpec& inputSpec,
@@ -154,12 +155,23 @@ std::string OptionParser::ValueOfLoneOption(const std::string& name) {
         return {};
     }
     if (parameter->IsSecret()) {
-        return PromptForSecret(*parameter);
+        return PromptForSecret(parameter->GetName());
     }
     if (parameter->GetType() != CallSpec::ParameterType::Flag && parameter->GetName() != "help") {
         _parseErrors.push_back(name + " must have value");
     }
     return {};
+}
+
+std::string OptionParser::PromptForSecret(const std::string& name) {
+    std::string value;
+    const std::string failure = ReadLineSilently("Enter value for '" + name + "': ", value);
+    std::cout << '\n';
+    Platform::FlushStandardOutput();
+    if (!failure.empty()) {
+        _parseErrors.push_back("Unable to read value for '" + name + "': " + failure);
+    }
+    return value;
 }
 
 bool OptionParser::ParseParameter(const std::string& word, std::string& name, std::string& value) {
@@ -260,7 +272,9 @@ std::vector<std::string> OptionParser::GetCommandParameter(const std::string& na
 }
 
 std::string OptionParser::GetSilentString() {
-    return ReadLineSilently({});
+    std::string line;
+    ReadLineSilently({}, line);
+    return line;
 }
 
 std::string OptionParser::ToString() {

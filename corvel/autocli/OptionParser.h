@@ -101,7 +101,8 @@ public:
     /// Reads one line from standard input; where that is a terminal, without showing what is typed.
     /// The terminal's settings are put back afterwards, and also when a signal ends or stops the
     /// process meanwhile.
-    /// @return the line without its line end; empty at the end of input.
+    /// @return the line without its line end; empty at the end of input, and where none can be read
+    ///         without showing it.
     std::string GetSilentString();
 
     /// Everything that is known about the command line, over several lines; for people who look for
@@ -110,6 +111,7 @@ public:
 
 private:
     std::string ValueOfLoneOption(const std::string& name);
+    std::string PromptForSecret(const std::string& name);
 
     bool _parsed = false;
     std::vector<std::string> _parseErrors;

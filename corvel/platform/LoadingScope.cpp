@@ -1,5 +1,6 @@
 #include "corvel/platform/LoadingScope.h"
 
+#include <errno.h>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -22,7 +23,7 @@ std::string WorkingDirectory() {
 }
 
 bool IsOpen(int descriptor) {
-    return fcntl(descriptor, F_GETFD) != -1;
+    return fcntl(descriptor, F_GETFD) != -1 || errno != EBADF;
 }
 
 /// Puts the null device in the place of a standard stream.

@@ -1,6 +1,7 @@
 #include "corvel/platform/SharedLibrary.h"
 
 #include <dlfcn.h>
+#include <errno.h>
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -10,6 +11,7 @@
 #include <link.h>
 #include <vector>
 
+#include "corvel/platform/ErrorText.h"
 #include "corvel/platform/RegularFile.h"
 
 namespace Corvel::Platform {
@@ -27,37 +29,57 @@ bool IsSpecialFile(const std::string& path) {
     return stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode);
 }
 
-/// The segments of a file that the loader would map, as far as it is a library at all: what else can
-/// be wrong with it the loader finds out itself.
-std::vector<ElfW(Phdr)> ReadSegments(const RegularFile& file) {
+using Segments = std::vector<ElfW(Phdr)>;
+
+/// Collects the segments of a file that the loader would map, as far as it is a library at all: what
+/// else can be wrong with it the loader finds out itself.
+/// @return whether the file could be read; where the header names an offset that no file has, nothing
+///         is wrong with that.
+bool ReadSegments(const RegularFile& file, Segments& segments) {
     ElfW(Ehdr) header = {};
-    if (!file.ReadAt(0, &header, sizeof header) ||
-        std::memcmp(header.e_ident, ELFMAG, SELFMAG) != 0 ||
+    const long headerSize = file.ReadAt(0, &header, sizeof header);
+    if (headerSize != sizeof header || std::memcmp(header.e_ident, ELFMAG, SELFMAG) != 0 ||
         header.e_phentsize != sizeof(ElfW(Phdr))) {
-        return {};
+        return headerSize >= 0;
     }
-    std::vector<ElfW(Phdr)> segments(header.e_phnum);
-    if (!file.ReadAt(static_cast<long>(header.e_phoff),
-                     segments.data(),
-                     segments.size() * sizeof(ElfW(Phdr)))) {
-        return {};
+    segments.resize(header.e_phnum);
+    const auto wanted = static_cast<long>(segments.size() * sizeof(ElfW(Phdr)));
+    const long size = file.ReadAt(
+        static_cast<long>(header.e_phoff), segments.data(), static_cast<std::size_t>(wanted));
+    if (size != wanted) {
+        segments.clear();
     }
-    return segments;
+    return size >= 0 || errno == EINVAL;
 }
 
 /// Whether a library ends before its segments do. The loader maps it nonetheless, and the process
 /// dies of SIGBUS at the first touch.
-bool IsCutShort(const std::string& path) {
-    const RegularFile file(path);
-    if (!file.IsOpen()) {
-        return false;
-    }
+bool IsCutShort(const RegularFile& file, const Segments& segments) {
     const auto size = static_cast<ElfW(Off)>(file.Size());
-    const std::vector<ElfW(Phdr)> segments = ReadSegments(file);
     return std::any_of(segments.begin(), segments.end(), [size](const ElfW(Phdr) & segment) {
         return segment.p_type == PT_LOAD &&
                (segment.p_offset > size || segment.p_filesz > size - segment.p_offset);
     });
+}
+
+/// What of a file speaks against it. One that cannot be looked at must not get to the loader, which
+/// may have more luck; its texts are the loader's.
+std::string ReasonInFile(const std::string& path) {
+    const RegularFile file(path);
+    if (file.Error() == ENOENT || file.Error() == EISDIR) {
+        return {};
+    }
+    if (file.Error() == EINVAL) {
+        return path + ": not a regular file";
+    }
+    if (!file.IsOpen()) {
+        return path + ": cannot open shared object file: " + ErrorText(file.Error());
+    }
+    Segments segments;
+    if (!ReadSegments(file, segments)) {
+        return path + ": cannot read file data: " + ErrorText(errno);
+    }
+    return IsCutShort(file, segments) ? path + ": file too short" : std::string();
 }
 
 /// @return why the loader must not be let near this file; empty when nothing speaks against it.
@@ -71,10 +93,7 @@ std::string ReasonAgainst(const std::string& path) {
     if (IsSpecialFile(path)) {
         return path + ": not a regular file";
     }
-    if (IsCutShort(path)) {
-        return path + ": file too short";
-    }
-    return {};
+    return ReasonInFile(path);
 }
 
 /// A place in memory that is looked for among what is loaded.

@@ -28,9 +28,27 @@ struct State {
 
 constinit State state;
 
-void Apply(const termios& settings) {
-    while (tcsetattr(state.descriptor, TCSANOW, &settings) == -1 && errno == EINTR) {
+/// @return whether the terminal answers; false when this is none.
+bool ReadSettings(int descriptor, termios& settings) {
+    while (tcgetattr(descriptor, &settings) == -1) {
+        if (errno != EINTR) {
+            return false;
+        }
     }
+    return true;
+}
+
+/// What fails is tried again a few times: much is lost where the echo stays off.
+bool Apply(const termios& settings) {
+    for (int attemptsLeft = 3; attemptsLeft > 0;) {
+        if (tcsetattr(state.descriptor, TCSANOW, &settings) == 0) {
+            return true;
+        }
+        if (errno != EINTR) {
+            --attemptsLeft;
+        }
+    }
+    return false;
 }
 
 /// Whether the terminal is ours to change. In the background it belongs to the foreground job, and
@@ -99,8 +117,10 @@ void InstallHandler(int signal) {
 }  // namespace
 
 SilentTerminal::SilentTerminal(int descriptor)
-    : _isTerminal(tcgetattr(descriptor, &state.saved) == 0) {
+    : _isTerminal(ReadSettings(descriptor, state.saved)), _showsInput(false) {
     if (!_isTerminal) {
+        // Other reasons than these come from a terminal.
+        _showsInput = errno != ENOTTY && errno != EINVAL && errno != EBADF;
         return;
     }
     state.descriptor = descriptor;
@@ -109,7 +129,7 @@ SilentTerminal::SilentTerminal(int descriptor)
     for (const int signal : kSignals) {
         InstallHandler(signal);
     }
-    Apply(state.silent);
+    _showsInput = !Apply(state.silent);
 }
 
 SilentTerminal::~SilentTerminal() {

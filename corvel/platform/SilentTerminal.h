@@ -12,7 +12,7 @@ namespace Corvel::Platform {
 /// it never turns up in the next program that reads the terminal.
 ///
 /// Ownership: the saved settings and the five signal handlers that were there; one object at a time.
-/// Failures:  none. A terminal that cannot be silenced stays as it is.
+/// Failures:  a terminal that cannot be silenced stays as it is; ShowsInput() tells.
 class SilentTerminal {
 public:
     explicit SilentTerminal(int descriptor);
@@ -20,8 +20,13 @@ public:
     SilentTerminal& operator=(const SilentTerminal&) = delete;
     ~SilentTerminal();
 
+    bool IsTerminal() const { return _isTerminal; }
+    /// Whether what is typed can be seen nonetheless.
+    bool ShowsInput() const { return _showsInput; }
+
 private:
     bool _isTerminal;
+    bool _showsInput;
 };
 
 }  // namespace Corvel::Platform

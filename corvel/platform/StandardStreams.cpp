@@ -49,4 +49,24 @@ void WriteErrorLines(const std::string& lines) {
     Write(lines);
 }
 
+bool ReadLine(std::istream& stream, std::string& line) {
+    errno = 0;
+    bool found = static_cast<bool>(std::getline(stream, line));
+    while (&stream == &std::cin && StandardInputError() == EINTR) {
+        std::clearerr(stdin);
+        stream.clear();
+        errno = 0;
+        std::string rest;
+        std::getline(stream, rest);
+        line += rest;
+        found = !stream.fail() || !line.empty();
+    }
+    return found;
+}
+
+int StandardInputError() {
+    const bool failed = std::cin.bad() || std::ferror(stdin) != 0;
+    return failed ? (errno != 0 ? errno : EIO) : 0;
+}
+
 }  // namespace Corvel::Platform

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <iosfwd>
 #include <string>
 
 namespace Corvel::Platform {
@@ -17,5 +18,15 @@ bool FlushStandardOutput();
 ///
 /// @param lines  with their line ends.
 void WriteErrorLines(const std::string& lines);
+
+/// Reads one line as std::getline does. Where a signal interrupts the reading of standard input it goes
+/// on, which streams of files do by themselves.
+///
+/// @return whether there was a line.
+bool ReadLine(std::istream& stream, std::string& line);
+
+/// @return why standard input broke off, as an errno value; 0 when it did not: it has more, or has
+///         ended. To be asked right after the reading.
+int StandardInputError();
 
 }  // namespace Corvel::Platform

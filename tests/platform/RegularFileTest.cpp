@@ -1,3 +1,4 @@
+#include <errno.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 
@@ -13,6 +14,7 @@
 namespace Corvel::Platform {
 namespace {
 
+using Testing::DescriptorLimit;
 using Testing::OpenDescriptors;
 using Testing::TemporaryDirectory;
 
@@ -35,14 +37,15 @@ TEST(RegularFile, ReadsInPiecesToTheEnd) {
     EXPECT_EQ(std::string("some\0text", 9), ReadAll(file));
 }
 
-TEST(RegularFile, ReadsAtAnOffsetWhatIsWhollyThere) {
+TEST(RegularFile, ReadsAtAnOffsetWhatIsThere) {
     const TemporaryDirectory folder;
     const RegularFile file(folder.Write("file", "some text"));
     std::array<char, 4> piece = {};
-    EXPECT_TRUE(file.ReadAt(5, piece.data(), piece.size()));
+    EXPECT_EQ(4, file.ReadAt(5, piece.data(), piece.size()));
     EXPECT_EQ("text", std::string(piece.data(), piece.size()));
-    EXPECT_FALSE(file.ReadAt(6, piece.data(), piece.size()));
-    EXPECT_FALSE(file.ReadAt(-1, piece.data(), piece.size()));
+    EXPECT_EQ(3, file.ReadAt(6, piece.data(), piece.size()));
+    EXPECT_EQ(0, file.ReadAt(9, piece.data(), piece.size()));
+    EXPECT_EQ(-1, file.ReadAt(-1, piece.data(), piece.size()));
     EXPECT_EQ("some text", ReadAll(file));
 }
 
@@ -62,9 +65,22 @@ TEST(RegularFile, OnlyRegularFilesAreOpened) {
         EXPECT_EQ(0, file.Size()) << path;
         char byte = 0;
         EXPECT_EQ(-1, file.Read(&byte, 1)) << path;
-        EXPECT_FALSE(file.ReadAt(0, &byte, 1)) << path;
+        EXPECT_EQ(-1, file.ReadAt(0, &byte, 1)) << path;
         EXPECT_EQ(before, OpenDescriptors()) << path;
     }
+}
+
+TEST(RegularFile, TellsWhyItIsNotOpen) {
+    const TemporaryDirectory folder;
+    const std::string file = folder.Write("file", "x");
+    EXPECT_EQ(0, RegularFile(file).Error());
+    EXPECT_EQ(EISDIR, RegularFile(folder.Path()).Error());
+    EXPECT_EQ(EINVAL, RegularFile("/dev/null").Error());
+    EXPECT_EQ(ENOENT, RegularFile(folder.File("nosuch")).Error());
+    EXPECT_EQ(ENOENT, RegularFile(file + std::string(1, '\0')).Error());
+    EXPECT_EQ(ENOTDIR, RegularFile(file + "/x").Error());
+    const DescriptorLimit none(3);
+    EXPECT_EQ(EMFILE, RegularFile(file).Error());
 }
 
 TEST(RegularFile, ChildrenDoNotInheritIt) {

@@ -5,11 +5,13 @@
 #include <gtest/gtest.h>
 
 #include "corvel/platform/SharedLibrary.h"
+#include "tests/support/ProcessState.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace Corvel::Platform {
 namespace {
 
+using Testing::DescriptorLimit;
 using Testing::ReadFile;
 using Testing::TemporaryDirectory;
 
@@ -98,6 +100,15 @@ TEST(SharedLibrary, LibraryWithoutItsLastSegmentIsTooShort) {
     std::string reason;
     EXPECT_EQ(nullptr, SharedLibrary::Load(path, reason));
     EXPECT_EQ(path + ": file too short", reason);
+}
+
+TEST(SharedLibrary, FileThatCannotBeLookedAtIsNotLeftToTheLoader) {
+    const TemporaryDirectory folder;
+    const std::string path = folder.Write("cut.so", ReadFile(kLibrary).substr(0, 4096));
+    const DescriptorLimit none(3);
+    std::string reason;
+    EXPECT_EQ(nullptr, SharedLibrary::Load(path, reason));
+    EXPECT_EQ(path + ": cannot open shared object file: Too many open files", reason);
 }
 
 /// Whatever the header says of the segments, reading them goes wrong in no other way than this.

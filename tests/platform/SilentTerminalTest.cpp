@@ -14,6 +14,7 @@
 #include <iterator>
 #include <string>
 #include <thread>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -41,6 +42,7 @@ public:
     }
 
     int Descriptor() const { return _descriptor; }
+    void HangUp() { close(std::exchange(_master, -1)); }
     void Type(const std::string& keys) const {
         EXPECT_EQ(write(_master, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));
     }
@@ -111,6 +113,8 @@ TEST(SilentTerminal, SwitchesNothingButTheEchoOffAndPutsAllBack) {
     const termios before = terminal.Settings();
     {
         const SilentTerminal silence(terminal.Descriptor());
+        EXPECT_TRUE(silence.IsTerminal());
+        EXPECT_FALSE(silence.ShowsInput());
         termios expected = before;
         expected.c_lflag &= ~static_cast<tcflag_t>(ECHO);
         const termios during = terminal.Settings();
@@ -137,9 +141,22 @@ TEST(SilentTerminal, DoesNothingToWhatIsNoTerminal) {
         const SilentTerminal onPipe(ends[0]);
         const SilentTerminal onNothing(-1);
         EXPECT_EQ(HandlerOf(SIGTERM), Watch);
+        for (const SilentTerminal* none : {&onPipe, &onNothing}) {
+            EXPECT_FALSE(none->IsTerminal());
+            EXPECT_FALSE(none->ShowsInput());
+        }
     }
     close(ends[0]);
     close(ends[1]);
+}
+
+TEST(SilentTerminal, TellsOfATerminalThatCannotBeSilenced) {
+    Terminal terminal;
+    terminal.HangUp();
+    const ActionScope action(SIGTERM, Watch);
+    const SilentTerminal silence(terminal.Descriptor());
+    EXPECT_TRUE(silence.ShowsInput());
+    EXPECT_EQ(HandlerOf(SIGTERM), Watch);
 }
 
 TEST(SilentTerminal, PutsTheSignalHandlersBack) {

@@ -4,12 +4,16 @@
 
 #include <cstdio>
 #include <iostream>
+#include <sstream>
 #include <string>
+#include <thread>
 
 #include <gtest/gtest.h>
 
 #include "corvel/platform/FileDescriptor.h"
+#include "corvel/platform/Pipe.h"
 #include "corvel/platform/StandardStreams.h"
+#include "tests/support/ProcessState.h"
 
 namespace Corvel::Platform {
 namespace {
@@ -111,6 +115,78 @@ TEST(StandardStreams, ErrorLinesComeBehindWhatWasWrittenBefore) {
     WriteErrorLines("errors\n");
     std::cout << "more output\n" << std::flush;
     EXPECT_EQ(Captured(), "output\nerrors\nmore output\n");
+}
+
+// --- Standard input ----------------------------------------------------------------------------
+
+/// As long as it lives standard input is a pipe.
+class InputFromPipe {
+public:
+    InputFromPipe() : _saved(fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 3)) {
+        EXPECT_EQ(0, _pipe.Open());
+        dup2(_pipe.readEnd.Get(), STDIN_FILENO);
+    }
+    InputFromPipe(const InputFromPipe&) = delete;
+    InputFromPipe& operator=(const InputFromPipe&) = delete;
+    ~InputFromPipe() {
+        dup2(_saved.Get(), STDIN_FILENO);
+        std::cin.clear();
+        std::clearerr(stdin);
+    }
+
+    void Write(const std::string& text) const { EXPECT_EQ(0, _pipe.writeEnd.WriteAll(text)); }
+    void End() { _pipe.writeEnd.Close(); }
+
+private:
+    FileDescriptor _saved;
+    Pipe _pipe;
+};
+
+TEST(StandardStreams, LinesAreReadAsGetlineDoes) {
+    std::istringstream stream("one\n\nlast");
+    std::string line;
+    for (const char* expected : {"one", "", "last"}) {
+        EXPECT_TRUE(ReadLine(stream, line));
+        EXPECT_EQ(line, expected);
+    }
+    EXPECT_FALSE(ReadLine(stream, line));
+}
+
+/// The signals do not let interrupted calls go on by themselves.
+TEST(StandardStreams, SignalsDoNotBreakStandardInputOff) {
+    InputFromPipe input;
+    const Testing::Interruptions interruptions;
+    auto waitForSignals = [count = 0]() mutable {
+        for (count += 20; Testing::Interruptions::Count() < count;) {
+            std::this_thread::yield();
+        }
+    };
+    std::thread writer([&] {
+        for (const char* piece : {"o", "ne\ntw", "o\nlast"}) {
+            waitForSignals();
+            input.Write(piece);
+        }
+        waitForSignals();
+        input.End();
+    });
+    std::string line;
+    for (const char* expected : {"one", "two", "last"}) {
+        EXPECT_TRUE(ReadLine(std::cin, line));
+        EXPECT_EQ(line, expected);
+        EXPECT_EQ(StandardInputError(), 0);
+    }
+    EXPECT_FALSE(ReadLine(std::cin, line));
+    EXPECT_EQ(StandardInputError(), 0);
+    writer.join();
+}
+
+TEST(StandardStreams, StandardInputThatCannotBeReadIsToldFromItsEnd) {
+    const InputFromPipe input;
+    const FileDescriptor folder(open("/", O_RDONLY | O_CLOEXEC));
+    dup2(folder.Get(), STDIN_FILENO);
+    std::string line;
+    EXPECT_FALSE(ReadLine(std::cin, line));
+    EXPECT_EQ(StandardInputError(), EISDIR);
 }
 
 }  // namespace

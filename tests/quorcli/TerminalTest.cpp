@@ -105,6 +105,18 @@ TEST_F(QuorcliOnATerminal, EachOccurrenceOfASecretIsPromptedFor) {
     EXPECT_EQ(job.Wait(), "exited 1");
 }
 
+/// Nobody would know that the program waits.
+TEST_F(QuorcliOnATerminal, SecretIsNotReadWhenItsPromptCannotBeSeen) {
+    WriteDescriptor();
+    TerminalJob job(Shell("quorcli --plugin secret.xml test tell -p > /dev/full"));
+    EXPECT_EQ(job.ReadToEnd(),
+              "Unable to write to standard output: No space left on device\r\n"
+              "Errors: \r\n"
+              "Unable to read value for 'password': nobody can see the prompt\r\n");
+    EXPECT_EQ(job.Wait(), "exited 1");
+    EXPECT_TRUE(job.Echoes());
+}
+
 TEST_F(QuorcliOnATerminal, CommandLinesAndSecretsCanBeTyped) {
     WriteDescriptor();
     TerminalJob job(Shell("stty -echo; echo ready; quorcli --plugin secret.xml --input STDIN"));
