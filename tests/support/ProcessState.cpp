@@ -69,11 +69,9 @@ Interruptions::Interruptions() {
     SetTimer(1000);
 }
 
+/// The handler stays: a signal may still be on its way, for a while under valgrind.
 Interruptions::~Interruptions() {
     SetTimer(0);
-    struct sigaction action {};
-    action.sa_handler = SIG_DFL;
-    sigaction(SIGALRM, &action, nullptr);
 }
 
 int Interruptions::Count() {

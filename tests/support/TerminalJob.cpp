@@ -25,6 +25,7 @@ constexpr int kSignalCount = 32;
 
 constexpr char kForeground = 'f';
 constexpr char kBackground = 'b';
+constexpr char kRelease = 'r';
 
 int Checked(int result, const char* what) {
     if (result == -1) {
@@ -38,6 +39,14 @@ int OpenTerminal() {
     Checked(grantpt(terminal), "grantpt");
     Checked(unlockpt(terminal), "unlockpt");
     return terminal;
+}
+
+std::string NameOfOtherEnd(int terminal) {
+    std::array<char, 64> name;
+    if (ptsname_r(terminal, name.data(), name.size()) != 0) {
+        throw std::runtime_error("ptsname_r");
+    }
+    return name.data();
 }
 
 std::vector<char*> PointersTo(const std::vector<std::string>& texts) {
@@ -72,6 +81,7 @@ struct Shell {
     int orders;
     char* const* arguments;
     char* const* environment;
+    bool holdsProgram;
 
     [[noreturn]] void Run() const {
         setsid();
@@ -89,14 +99,22 @@ struct Shell {
             Report("stopped", WSTOPSIG(status));
             FollowOrder(terminal, program);
         }
+        // The screen ends here; the settings last as long as this process has the terminal.
+        close(terminal);
         WIFEXITED(status) ? Report("exited", WEXITSTATUS(status))
                           : Report("killed", WTERMSIG(status));
-        _exit(0);
+        for (;;) {
+            pause();
+        }
     }
 
     [[noreturn]] void Become(int terminal) const {
         setpgid(0, 0);
         tcsetpgrp(terminal, getpid());
+        if (holdsProgram) {
+            char order = 0;
+            static_cast<void>(read(orders, &order, 1));
+        }
         for (int i = 1; i < kSignalCount; ++i) {
             signal(i, SIG_DFL);
         }
@@ -124,12 +142,10 @@ struct Shell {
 }  // namespace
 
 TerminalJob::TerminalJob(const std::vector<std::string>& arguments,
-                         const std::vector<std::string>& environment)
+                         const std::vector<std::string>& environment,
+                         Start start)
     : _terminal(OpenTerminal()) {
-    std::array<char, 64> name;
-    if (ptsname_r(_terminal, name.data(), name.size()) != 0) {
-        throw std::runtime_error("ptsname_r");
-    }
+    const std::string name = NameOfOtherEnd(_terminal);
     std::array<int, 2> reports;
     std::array<int, 2> orders;
     Checked(pipe2(reports.data(), O_CLOEXEC), "pipe2");
@@ -140,7 +156,13 @@ TerminalJob::TerminalJob(const std::vector<std::string>& arguments,
     if (_shell == 0) {
         close(_terminal);
         close(orders[1]);
-        Shell{name.data(), reports[1], orders[0], argv.data(), envp.data()}.Run();
+        Shell{.terminalName = name.c_str(),
+              .reports = reports[1],
+              .orders = orders[0],
+              .arguments = argv.data(),
+              .environment = envp.data(),
+              .holdsProgram = start == Start::Held}
+            .Run();
     }
     close(reports[1]);
     close(orders[0]);
@@ -153,9 +175,10 @@ TerminalJob::~TerminalJob() {
     if (!_ended) {
         kill(_program, SIGKILL);
     }
+    kill(_shell, SIGKILL);
+    waitpid(_shell, nullptr, 0);
     close(_orders);
     close(_reports);
-    waitpid(_shell, nullptr, 0);
     close(_terminal);
 }
 
@@ -182,9 +205,36 @@ std::string TerminalJob::ReadToEnd() {
 }
 
 bool TerminalJob::Echoes() const {
+    return (Settings().c_lflag & ECHO) != 0;
+}
+
+termios TerminalJob::Settings() const {
     termios settings;
     Checked(tcgetattr(_terminal, &settings), "tcgetattr");
-    return (settings.c_lflag & ECHO) != 0;
+    return settings;
+}
+
+void TerminalJob::SetSettings(const termios& settings) {
+    Checked(tcsetattr(_terminal, TCSANOW, &settings), "tcsetattr");
+}
+
+std::string TerminalJob::TakeUnread() {
+    const int keyboard =
+        Checked(open(NameOfOtherEnd(_terminal).c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC | O_NONBLOCK),
+                "the other end of the terminal");
+    const termios before = Settings();
+    termios byByte = before;
+    byByte.c_lflag &= ~static_cast<tcflag_t>(ICANON);
+    SetSettings(byByte);
+    std::array<char, 4096> unread;
+    const ssize_t count = read(keyboard, unread.data(), unread.size());
+    SetSettings(before);
+    close(keyboard);
+    return {unread.data(), count > 0 ? static_cast<std::size_t>(count) : 0};
+}
+
+void TerminalJob::Release() {
+    WriteAll(_orders, {kRelease});
 }
 
 void TerminalJob::Signal(int signal) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <sys/types.h>
+#include <termios.h>
 
 #include <string>
 #include <vector>
@@ -17,9 +18,14 @@ namespace Corvel::Testing {
 ///            half a minute; both fail the test.
 class TerminalJob {
 public:
+    /// Whether the program begins at once, or is held until Release(), when its process is there
+    /// already.
+    enum class Start { Now, Held };
+
     /// @param arguments  the argument vector; the first one is the program's path.
     explicit TerminalJob(const std::vector<std::string>& arguments,
-                         const std::vector<std::string>& environment = FixedEnvironment());
+                         const std::vector<std::string>& environment = FixedEnvironment(),
+                         Start start = Start::Now);
     TerminalJob(const TerminalJob&) = delete;
     TerminalJob& operator=(const TerminalJob&) = delete;
     ~TerminalJob();
@@ -33,7 +39,13 @@ public:
     std::string ReadToEnd();
     /// Whether the terminal shows what is typed.
     bool Echoes() const;
+    termios Settings() const;
+    void SetSettings(const termios& settings);
+    /// Takes what has been typed and not read by anybody yet, unfinished lines included.
+    std::string TakeUnread();
 
+    pid_t Process() const { return _program; }
+    void Release();
     void Signal(int signal);
     /// Waits until the program stops or ends.
     /// @return "stopped ", "killed " or "exited " with the signal or the exit status.

@@ -43,6 +43,31 @@ TEST(TerminalJob, PassesTheKeysOfJobControl) {
     EXPECT_EQ(job.Wait(), "killed 2");
 }
 
+TEST(TerminalJob, KeepsTheSettingsWhenTheProgramHasEnded) {
+    TerminalJob job({"/bin/sh", "-c", "stty -echo; kill -KILL $$"});
+    EXPECT_EQ(job.Wait(), "killed 9");
+    EXPECT_EQ(job.ReadToEnd(), "");
+    EXPECT_FALSE(job.Echoes());
+}
+
+TEST(TerminalJob, HasWhatNobodyRead) {
+    TerminalJob job({"/bin/sh", "-c", "stty -echo; echo off; exec sleep 100"});
+    job.ReadUntil("off\r\n");
+    EXPECT_EQ(job.TakeUnread(), "");
+    job.Type("line\nhalf");
+    job.Signal(SIGTERM);
+    EXPECT_EQ(job.Wait(), "killed 15");
+    EXPECT_EQ(job.TakeUnread(), "line\nhalf");
+    EXPECT_EQ(job.TakeUnread(), "");
+}
+
+TEST(TerminalJob, HoldsTheProgramUntilItIsReleased) {
+    TerminalJob job({"/bin/sh", "-c", "echo $$"}, FixedEnvironment(), TerminalJob::Start::Held);
+    job.Release();
+    EXPECT_EQ(job.ReadToEnd(), std::to_string(job.Process()) + "\r\n");
+    EXPECT_EQ(job.Wait(), "exited 0");
+}
+
 TEST(TerminalJob, FailsWhereTheTextNeverAppears) {
     TerminalJob job({"/bin/sh", "-c", "printf other"});
     EXPECT_THROW(job.ReadUntil("expected"), std::runtime_error);
