@@ -1,5 +1,6 @@
 // The prompt for a secret, on a terminal and off one, by a program that does nothing else.
 #include <signal.h>
+#include <termios.h>
 
 #include <chrono>
 #include <initializer_list>
@@ -51,9 +52,9 @@ struct Prompt {
         }
     }
 
-    void ExpectToGoOn() {
+    void ExpectToGoOn(const std::string& keys = "s3cret\n") {
         AwaitSilence();
-        job.Type("s3cret\n");
+        job.Type(keys);
         EXPECT_EQ(job.ReadToEnd(), "\r\npassword=s3cret\r\n");
         EXPECT_EQ(job.Wait(), "exited 0");
         EXPECT_TRUE(job.Echoes());
@@ -164,6 +165,85 @@ TEST(SecretPrompt, CanBeEndedWhileStopped) {
         EXPECT_EQ(prompt.job.Wait(), "killed 15");
         EXPECT_TRUE(prompt.job.Echoes());
     }
+}
+
+/// The shell's own settings, as it edits a line, when it has the terminal.
+termios LineEditing(termios settings) {
+    settings.c_lflag &= ~static_cast<tcflag_t>(ECHO | ICANON);
+    settings.c_iflag &= ~static_cast<tcflag_t>(ICRNL);
+    return settings;
+}
+
+TEST(SecretPrompt, StartedInTheBackgroundTakesNoSettingsOfTheShell) {
+    TerminalJob job({"/bin/sh",
+                     "-c",
+                     "kill -TSTP $$; exec \"$@\"",
+                     "sh",
+                     CORVEL_SECRET_PROMPT_PROGRAM,
+                     "run",
+                     "--password"});
+    EXPECT_EQ(job.Wait(), "stopped 20");
+    const termios before = job.Settings();
+    job.SetSettings(LineEditing(before));
+    job.ContinueInBackground();
+    EXPECT_EQ(job.Wait(), "stopped 22");
+    job.SetSettings(before);
+    job.ContinueInForeground();
+    EXPECT_EQ(job.ReadUntil(kPrompt), kPrompt);
+    EXPECT_FALSE(job.Echoes());
+    job.Type("s3cret\r");
+    EXPECT_EQ(job.ReadToEnd(), "\r\npassword=s3cret\r\n");
+    EXPECT_EQ(job.Wait(), "exited 0");
+    EXPECT_TRUE(job.Echoes());
+}
+
+TEST(SecretPrompt, ContinuedInTheBackgroundTakesNoSettingsOfTheShell) {
+    Prompt prompt;
+    prompt.job.Type(kStopKey);
+    EXPECT_EQ(prompt.job.Wait(), "stopped 20");
+    const termios before = prompt.job.Settings();
+    prompt.job.SetSettings(LineEditing(before));
+    prompt.job.ContinueInBackground();
+    EXPECT_EQ(prompt.job.Wait(), "stopped 22");
+    prompt.job.SetSettings(before);
+    prompt.job.ContinueInForeground();
+    prompt.ExpectToGoOn();
+}
+
+TEST(SecretPrompt, KeepsWhatIsSetWhileItIsStopped) {
+    Prompt prompt;
+    prompt.job.Type(kStopKey);
+    EXPECT_EQ(prompt.job.Wait(), "stopped 20");
+    termios changed = prompt.job.Settings();
+    changed.c_cc[VERASE] = '#';
+    prompt.job.SetSettings(changed);
+    prompt.job.ContinueInForeground();
+    prompt.AwaitSilence();
+    prompt.job.Type("s3x#");
+    prompt.ExpectToGoOn("cret\n");
+    EXPECT_EQ(prompt.job.Settings().c_cc[VERASE], '#');
+}
+
+/// Nothing can be done before such a stop. A shell makes the terminal echo then.
+TEST(SecretPrompt, IsSilentAgainAfterAStopThatNobodyCatches) {
+    Prompt prompt;
+    prompt.job.Signal(SIGSTOP);
+    EXPECT_EQ(prompt.job.Wait(), "stopped 19");
+    termios settings = prompt.job.Settings();
+    settings.c_lflag |= ECHO;
+    prompt.job.SetSettings(settings);
+    prompt.job.ContinueInForeground();
+    prompt.ExpectToGoOn();
+}
+
+TEST(SecretPrompt, PutsTheEchoBackWhenNobodyReadsThePrompt) {
+    TerminalJob job({"/bin/sh",
+                     "-c",
+                     "{ trap '' PIPE; while echo; do :; done 2>/dev/null; trap - PIPE;"
+                     " exec \"$0\" run --password; } | true",
+                     CORVEL_SECRET_PROMPT_PROGRAM});
+    EXPECT_EQ(job.Wait(), "exited 0");
+    EXPECT_TRUE(job.Echoes());
 }
 
 TEST(SecretPrompt, OffATerminalReadsALine) {
