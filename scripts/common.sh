@@ -12,6 +12,8 @@ build_packages=(
 example_packages=(coreutils iproute2 mawk procps util-linux)
 # What the tests run besides.
 test_packages=(abigail-tools bash binutils busybox dash libxml2-utils mksh python3 strace)
+# What scripts/valgrind needs besides.
+valgrind_packages=(valgrind)
 # What fuzzing needs besides.
 fuzz_packages=(clang libclang-rt-14-dev python3)
 
