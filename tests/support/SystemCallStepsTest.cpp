@@ -1,3 +1,4 @@
+#include <fcntl.h>
 #include <signal.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
@@ -17,7 +18,7 @@ namespace {
 class Process {
 public:
     Process() {
-        EXPECT_EQ(pipe(_go.data()), 0);
+        EXPECT_EQ(pipe2(_go.data(), O_CLOEXEC), 0);
         _id = fork();
         if (_id == 0) {
             char c = 0;
