@@ -98,10 +98,13 @@ void Dispatcher::AddExternalDirectoryInt(const std::string& dir, bool reportOpen
     std::vector<std::string> names;
     switch (Platform::ReadDirectory(dir, names)) {
         case Platform::DirectoryReading::NotOpened:
-            if (reportOpenFailure) {
-                Platform::WriteErrorLines("Unable to open directory " + dir +
-                                          " for plugin registration\n");
+            if (!reportOpenFailure) {
+                return;
             }
+            [[fallthrough]];
+        case Platform::DirectoryReading::OutOfReach:
+            Platform::WriteErrorLines("Unable to open directory " + dir +
+                                      " for plugin registration\n");
             return;
         case Platform::DirectoryReading::Broken:
             Platform::WriteErrorLines("Unable to read directory " + dir +

@@ -20,6 +20,7 @@ using OpenDirectory = std::unique_ptr<DIR, CloseDirectory>;
 OpenDirectory Open(const std::string& path) {
     // A path is never cut: with a null character in it, it names nothing.
     if (path.find('\0') != std::string::npos) {
+        errno = ENOENT;
         return nullptr;
     }
     DIR* directory = nullptr;
@@ -34,7 +35,9 @@ OpenDirectory Open(const std::string& path) {
 DirectoryReading ReadDirectory(const std::string& path, std::vector<std::string>& names) {
     const OpenDirectory directory = Open(path);
     if (directory == nullptr) {
-        return DirectoryReading::NotOpened;
+        const bool mayBeThere =
+            errno == EMFILE || errno == ENFILE || errno == ENOMEM || errno == EIO;
+        return mayBeThere ? DirectoryReading::OutOfReach : DirectoryReading::NotOpened;
     }
     errno = 0;
     while (const dirent* entry = ::readdir(directory.get())) {

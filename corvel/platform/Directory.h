@@ -5,8 +5,9 @@
 
 namespace Corvel::Platform {
 
-/// What reading a directory came to.
-enum class DirectoryReading { Complete, NotOpened, Broken };
+/// What reading a directory came to. One that is out of reach may be there: the system has run out of
+/// descriptors or memory, or a disk fails.
+enum class DirectoryReading { Complete, NotOpened, OutOfReach, Broken };
 
 /// Collects the names of everything in a directory but "." and "..", in no particular order.
 ///

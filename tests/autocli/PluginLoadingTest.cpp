@@ -14,6 +14,7 @@
 #include "corvel/autocli/RootNamespace.h"
 #include "corvel/autocli/plugins/PluginFileCheck.h"
 #include "corvel/platform/Platform.h"
+#include "tests/support/ProcessState.h"
 #include "tests/support/TemporaryDirectory.h"
 #include "tests/support/ThrownText.h"
 
@@ -188,6 +189,18 @@ TEST_F(PluginLoadingTest, DirectoryThatCannotBeOpenedIsReportedOnRequestOnly) {
     EXPECT_EQ(ErrorsOf([&] { _dispatcher.AddExternalDirectoryInt("/nonexistent", false); }), "");
     EXPECT_EQ(ErrorsOf([&] { _dispatcher.AddExternalDirectoryInt("/nonexistent", true); }),
               "Unable to open directory /nonexistent for plugin registration\n");
+}
+
+/// What is in it would be lost without a word.
+TEST_F(PluginLoadingTest, Lib64ThatIsOutOfReachIsReported) {
+    const std::string folder = _directory.Path();
+    _directory.Write("lib64/a.xml", Descriptor("a"));
+    EXPECT_EQ(ErrorsOf([&] {
+                  const DescriptorLimit none(3);
+                  _dispatcher.AddExternalDirectory(folder);
+              }),
+              "Unable to open directory " + folder + "/lib64 for plugin registration\n" +
+                  "Unable to open directory " + folder + " for plugin registration\n");
 }
 
 TEST_F(PluginLoadingTest, DirectoryThatCannotBeReadIsAlwaysReported) {

@@ -32,10 +32,38 @@ Scenario LibraryThatIsCutShort() {
             {"--plugin", library, "--formatter", "simple", "quorcli", "command", "list"}};
 }
 
+Scenario LinesOfAFile() {
+    static const TemporaryDirectory folder;
+    const std::string lines = folder.Write("lines", "call echo -t one\ncall echo -t last\n");
+    return {.name = "lines of a file",
+            .arguments = {"--plugin", kData + "/plugins/calls.xml", "--input", lines},
+            .lineCount = 2};
+}
+
+Scenario FolderInAPluginFolder() {
+    static const TemporaryDirectory folder;
+    folder.Write("disks.xml", ReadFile(kData + "/plugins/disks.xml"));
+    folder.Write("lib64/users.xml", ReadFile(kData + "/plugins/users.xml"));
+    return {"folder in a plug-in folder",
+            {"--plugin-dir", folder.Path(), "--formatter", "simple", "quorcli", "command", "list"}};
+}
+
+/// More than a stream's buffer holds, and less than the pipes to and from the child.
+Scenario LongText() {
+    return {
+        "long text",
+        {"--plugin", kData + "/state.xml", "state", "copy", "--text", std::string(20'000, 'x')}};
+}
+
 std::vector<Scenario> MakeScenarios() {
     std::vector<Scenario> scenarios = Scenarios();
-    scenarios.push_back(OpenDescriptorsOfASession());
-    scenarios.push_back(LibraryThatIsCutShort());
+    for (const auto& make : {OpenDescriptorsOfASession,
+                             LibraryThatIsCutShort,
+                             LinesOfAFile,
+                             FolderInAPluginFolder,
+                             LongText}) {
+        scenarios.push_back(make());
+    }
     return scenarios;
 }
 

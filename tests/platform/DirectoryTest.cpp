@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "corvel/platform/Directory.h"
+#include "tests/support/ProcessState.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace {
@@ -72,6 +73,11 @@ TEST_F(DirectoryTest, MissingOnesAndFilesAreNotOpened) {
     EXPECT_EQ(ReadDirectory(_directory.Path().string() + '\0' + "x", _names),
               DirectoryReading::NotOpened);
     EXPECT_EQ(ReadDirectory(_directory.Write("file", ""), _names), DirectoryReading::NotOpened);
+}
+
+TEST_F(DirectoryTest, WithoutDescriptorsNobodyKnowsWhetherItIsThere) {
+    const Testing::DescriptorLimit none(3);
+    EXPECT_EQ(Read(), DirectoryReading::OutOfReach);
 }
 
 TEST_F(DirectoryTest, FailureWhileReadingIsNoEnd) {
