@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <set>
 #include <span>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <vector>
 
 #include "corvel/autocli/plugins/ShellPrograms.h"
@@ -55,25 +57,6 @@ void MarkNames(Words words) {
     for (ShellWord* word : words) {
         const std::size_t end = word->text.find_first_of("=[");
         word->isCode |= end == std::string::npos || word->text[end] == '[';
-    }
-}
-
-void MarkProgram(Words words, const Interpreter& interpreter) {
-    bool hasCode = false;
-    for (std::size_t i = 0; i < words.size(); ++i) {
-        const std::string_view text = words[i]->text;
-        if (BringsCode(text, interpreter.codeOptions)) {
-            MarkAll(words.subspan(i, std::min<std::size_t>(2, words.size() - i)));
-            hasCode = true;
-            ++i;
-        } else if (text.size() == 2 && text[0] == '-' &&
-                   interpreter.wordOptions.find(text[1]) != std::string_view::npos) {
-            hasCode |= text[1] == 'f';
-            ++i;
-        } else if (!text.starts_with('-')) {
-            words[i]->isCode |= !hasCode;
-            return;
-        }
     }
 }
 
@@ -142,7 +125,31 @@ private:
             MarkNames(_words.subspan(i + 1));
             _isDone = true;
         } else {
-            MarkProgram(_words.subspan(i + 1), *interpreter);
+            MarkProgram(i + 1, *interpreter);
+        }
+    }
+
+    /// Marks the first word of code from there on.
+    void MarkProgram(std::size_t begin, const Interpreter& interpreter) {
+        bool hasCode = false;
+        for (std::size_t i = begin; i < _words.size(); ++i) {
+            // Options may look like interpreters themselves: what follows is read once for each.
+            if (!_read.emplace(&interpreter, i, hasCode).second) {
+                return;
+            }
+            const std::string_view text = _words[i]->text;
+            if (BringsCode(text, interpreter.codeOptions)) {
+                MarkAll(_words.subspan(i, std::min<std::size_t>(2, _words.size() - i)));
+                hasCode = true;
+                ++i;
+            } else if (text.size() == 2 && text[0] == '-' &&
+                       interpreter.wordOptions.find(text[1]) != std::string_view::npos) {
+                hasCode |= text[1] == 'f';
+                ++i;
+            } else if (!text.starts_with('-')) {
+                _words[i]->isCode |= !hasCode;
+                return;
+            }
         }
     }
 
@@ -185,6 +192,8 @@ private:
     /// The interpreter is the command, or that of a known runner.
     bool _isSure = false;
     std::string _codeOptions;
+    /// Where MarkProgram() has been, and whether it had found code by then.
+    std::set<std::tuple<const Interpreter*, std::size_t, bool>> _read;
     bool _readsInput = false;
     bool _isDone = false;
 };
@@ -199,11 +208,14 @@ void MarkInterpretedWords(ShellLine& line) {
             commands[word.command].push_back(&word);
         }
     }
+    std::vector<bool> isFed(commands.size(), false);
     for (std::size_t i = commands.size(); i-- > 0;) {
         if (!commands[i].empty() && CommandMarker(commands[i]).Run()) {
-            for (std::uint32_t fed = line.feeders[i]; fed != ShellLine::kNoCommand;
+            // Behind one that feeds another interpreter, all are marked already.
+            for (std::uint32_t fed = line.feeders[i]; fed != ShellLine::kNoCommand && !isFed[fed];
                  fed = line.feeders[fed]) {
                 MarkAll(commands[fed]);
+                isFed[fed] = true;
             }
         }
     }

@@ -231,7 +231,8 @@ void Lexer::ReadWordCharacter(char c) {
         ReadBefore().role = ShellRole::Tilde;
         return;
     }
-    if (word.place == ShellPlace::Command && word.isPlain) {
+    if ((c == '=' || c == '[') && !std::exchange(word.hasLeftName, true) &&
+        word.place == ShellPlace::Command && word.isPlain) {
         if (c == '=' && IsAssigned(word.text)) {
             word.isAssignment = true;
         } else if (c == '[' && IsShellName(word.text)) {
@@ -244,12 +245,11 @@ void Lexer::ReadWordCharacter(char c) {
 void Lexer::BeginDocument() {
     ShellFrame& frame = Top();
     if (!frame.AwaitsDocument()) {
-        frame.announced.clear();
-        frame.documentsRead = 0;
         frame.isAtDocument = false;
         return;
     }
-    const ShellHereDocument document = std::move(frame.announced[frame.documentsRead++]);
+    const ShellHereDocument document = std::move(frame.announced.front());
+    frame.announced.pop_front();
     const Extent extent = ExtentOf(document);
     Push(Kind::Document);
     Top().documentEnd = extent.end;

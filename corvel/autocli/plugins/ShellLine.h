@@ -59,6 +59,8 @@ struct ShellWord {
     bool isKnown = true;
     /// It began as an assignment does.
     bool isAssignment = false;
+    /// It holds a = or [ already: only what stands before the first of them can be a variable.
+    bool hasLeftName = false;
     /// Some interpreter reads it as code once more: behind eval, sh -c and the like.
     bool isCode = false;
     /// The same, if its command runs the command that stands among its arguments.

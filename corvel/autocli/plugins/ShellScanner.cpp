@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <iterator>
 #include <utility>
 
 namespace Corvel::AutoCli {
@@ -52,8 +51,8 @@ void ShellScanner::Pop() {
         _limit = frame.outerLimit;
     }
     if (frame.kind == Kind::Group) {
-        std::move(
-            frame.announced.begin(), frame.announced.end(), std::back_inserter(Owner().announced));
+        std::list<ShellHereDocument>& announced = Owner().announced;
+        announced.splice(announced.end(), frame.announced);
     } else if (frame.AwaitsDocument()) {
         DoubtTheRest();
     }

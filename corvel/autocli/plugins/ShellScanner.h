@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <list>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -34,7 +35,7 @@ struct ShellFrame {
     enum class Part : std::uint8_t { Name, Word };
 
     bool HoldsCommands() const { return kind <= Kind::Backquotes; }
-    bool AwaitsDocument() const { return documentsRead < announced.size(); }
+    bool AwaitsDocument() const { return !announced.empty(); }
     bool IsExpansion() const { return kind >= Kind::Substitution && kind != Kind::DoubleQuotes; }
 
     Kind kind;
@@ -45,9 +46,8 @@ struct ShellFrame {
     ShellGrammar grammar = {};
     std::uint32_t word = ShellByte::kNoWord;
     std::uint32_t command = 0;
-    std::vector<ShellHereDocument> announced = {};
-    /// So many of them have been read.
-    std::size_t documentsRead = 0;
+    /// Those that are still to be read. A list: groups hand theirs on, one to the next around it.
+    std::list<ShellHereDocument> announced = {};
     bool isAtDocument = false;
 
     // Of the others:

@@ -96,6 +96,32 @@ TEST(ShellInterpreters, ManyInterpretersTakeLittleTime) {
     EXPECT_EQ(read.words.size(), words + 1);
 }
 
+TEST(ShellInterpreters, ManyOptionsThatLookLikeInterpretersTakeLittleTime) {
+    std::string line = "env";
+    std::size_t words = 0;
+    for (; words < 200000; words += 2) {
+        line += " -v awk";
+    }
+    ShellLine read = ReadShellLine(line);
+    MarkInterpretedWords(read);
+    EXPECT_EQ(read.words.size(), words + 1);
+}
+
+TEST(ShellInterpreters, LongPipesOfInterpretersTakeLittleTime) {
+    constexpr std::size_t kCount = 100000;
+    std::string line = "echo a";
+    for (std::size_t i = 0; i < kCount; ++i) {
+        line += " | sh";
+    }
+    ShellLine read = ReadShellLine(line);
+    MarkInterpretedWords(read);
+    std::size_t code = 0;
+    for (const ShellWord& word : read.words) {
+        code += word.isCode ? 1U : 0U;
+    }
+    EXPECT_EQ(code, kCount + 1);  // all but the last shell
+}
+
 }  // namespace
 
 }  // namespace Corvel::AutoCli

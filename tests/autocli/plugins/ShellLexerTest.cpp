@@ -497,6 +497,13 @@ TEST(ShellLexer, EveryPairAndTripleOfSpecialBytesIsRead) {
     }
 }
 
+TEST(ShellLexer, GroupsHandOnTheirHereDocumentsInOrder) {
+    const ShellLine read = ReadShellLine("( ( a <<A ); b <<B ); c <<C\nA\nB\nC\nd");
+    EXPECT_FALSE(read.bytes.back().isDoubtful);
+    EXPECT_EQ(read.words.back().text, "d");
+    EXPECT_EQ(read.words.back().place, ShellPlace::Command);
+}
+
 TEST(ShellLexer, AnyNestingTakesLittleTime) {
     constexpr std::size_t kDepth = 100000;
     for (const std::string opening :
@@ -506,6 +513,32 @@ TEST(ShellLexer, AnyNestingTakesLittleTime) {
             line += opening;
         }
         ASSERT_EQ(ReadShellLine(line).bytes.size(), line.size()) << opening;
+    }
+}
+
+TEST(ShellLexer, NestedGroupsOfHereDocumentsTakeLittleTime) {
+    constexpr std::size_t kDepth = 100000;
+    std::string line;
+    for (std::size_t i = 0; i < kDepth; ++i) {
+        line += "( <<E ";
+    }
+    line += std::string(kDepth, ')');
+    EXPECT_EQ(ReadShellLine(line).bytes.size(), line.size());
+}
+
+TEST(ShellLexer, LongNamesBeforeManyEqualSignsAndBracketsTakeLittleTime) {
+    constexpr std::size_t kCount = 300000;
+    for (const char* end : {"=", "["}) {
+        for (const char* name : {"a", "-"}) {
+            std::string line = name + std::string(kCount, 'a');
+            for (std::size_t i = 0; i < kCount; ++i) {
+                line += end;
+            }
+            const ShellLine read = ReadShellLine(line);
+            ASSERT_EQ(read.bytes.size(), line.size()) << name << end;
+            EXPECT_EQ(read.words.front().isAssignment, *name == 'a' && *end == '=');
+            EXPECT_EQ(read.bytes.back().isDoubtful, *name == 'a' && *end == '[');
+        }
     }
 }
 
