@@ -42,14 +42,17 @@ std::string ReadLineSilently(const std::string& prompt, std::string& line) {
     return error == 0 ? std::string() : Platform::ErrorText(error);
 }
 
-const CallSpec::ParameterSpec* FindParameter(const CallSpec::InputSpec& inputSpec,
-                                             const std::string& name) {
-    for (const auto& parameter : inputSpec.GetParameters()) {
-        if (parameter->GetName() == name || parameter->GetShortName() == name) {
-            return parameter.get();
-        }
+/// Short names are of one letter, and long names of more.
+std::shared_ptr<CallSpec::ParameterSpec> FindParameter(const CallSpec::InputSpec& inputSpec,
+                                                       const std::string& name) {
+    if (name.size() > 1) {
+        return inputSpec.FindParameter(name);
     }
-    return nullptr;
+    const auto& all = inputSpec.GetParameters();
+    const auto found = std::find_if(all.begin(), all.end(), [&name](const auto& parameter) {
+        return parameter->GetShortName() == name;
+    });
+    return found == all.end() ? nullptr : *found;
 }
 
 bool HasParameter(const std::vector<OptionParser::Parameter>& parameters, const std::string& name) {
@@ -149,7 +152,7 @@ std::vector<OptionParser::Parameter> OptionParser::ParseParameters(std::stack<st
 
 /// The value of an option that no value follows.
 std::string OptionParser::ValueOfLoneOption(const std::string& name) {
-    const CallSpec::ParameterSpec* parameter =
+    const std::shared_ptr<CallSpec::ParameterSpec> parameter =
         _inputSpec == nullptr ? nullptr : FindParameter(*_inputSpec, name);
     if (parameter == nullptr) {
         return {};

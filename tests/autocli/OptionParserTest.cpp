@@ -404,5 +404,21 @@ TEST(OptionParser, DescribesAPathWithoutAnythingBetweenItsWords) {
               "Command Params: \n");
 }
 
+TEST(OptionParser, ManyFlagsOfManyParametersTakeLittleTime) {
+    constexpr int kCount = 50000;
+    const std::shared_ptr<InputSpec> inputSpec = InputSpec::New();
+    std::vector<std::string> words{"run"};
+    for (int i = 0; i < kCount; ++i) {
+        const std::string name = "flag" + std::to_string(kCount + i);
+        inputSpec->AddParameter(ParameterSpec::New(name, ParameterType::Flag));
+        words.push_back("--" + name);
+    }
+    OptionParser parser;
+    parser.SetInputSpec(inputSpec);
+    parser.ParseVector(words);
+    EXPECT_EQ(parser.GetCommandParameters().size(), static_cast<std::size_t>(kCount));
+    EXPECT_THAT(parser.GetParseErrors(), testing::IsEmpty());
+}
+
 }  // namespace
 }  // namespace Corvel::AutoCli
