@@ -90,6 +90,19 @@ std::shared_ptr<NamespaceNode> NamespaceNode::GetNamespaceNode(const std::string
     return found == _children.end() ? nullptr : found->second;
 }
 
+/// A node without children, as most are when they are registered, is found to be above nothing
+/// without climbing.
+bool NamespaceNode::IsAtOrBelow(const NamespaceNode& node) const {
+    if (this == &node || node._children.empty()) {
+        return this == &node;
+    }
+    std::shared_ptr<NamespaceNode> above = GetParent();
+    while (above != nullptr && above.get() != &node) {
+        above = above->GetParent();
+    }
+    return above != nullptr;
+}
+
 void NamespaceNode::RegisterNamespaceNode(std::shared_ptr<NamespaceNode> node, std::string name) {
     if (HasNamespaceNode(name)) {
         throw CorvelException("Duplicate registration in namespace " + GetPathString(' ') +
@@ -98,6 +111,10 @@ void NamespaceNode::RegisterNamespaceNode(std::shared_ptr<NamespaceNode> node, s
     if (node == nullptr) {
         throw CorvelException("Null namespace node named '" + name + "' passed to namespace " +
                               GetPathString(' '));
+    }
+    if (IsAtOrBelow(*node)) {
+        throw CorvelException("Namespace node named '" + name +
+                              "' cannot be registered below itself");
     }
     node->SetName(name);
     node->SetParent(GetThis());

@@ -69,6 +69,7 @@ public:
     ///   "Duplicate registration in namespace " + path
     ///       + " attempt to register two objects with name " + name
     ///   "Null namespace node named '" + name + "' passed to namespace " + path
+    ///   "Namespace node named '" + name + "' cannot be registered below itself"
     ///   what SetName() and SetParent() of the child raise,
     /// and then has no new child; the child's own name or parent may have changed.
     virtual void RegisterNamespaceNode(std::shared_ptr<NamespaceNode> node, std::string name);
@@ -119,6 +120,7 @@ private:
     friend class RootNamespace;
     using Children = std::map<std::string, std::shared_ptr<NamespaceNode>>;
 
+    bool IsAtOrBelow(const NamespaceNode& node) const;
     void DropChildren() noexcept;
 
     std::string _name;

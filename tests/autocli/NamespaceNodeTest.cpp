@@ -2,6 +2,7 @@
 #include <list>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -351,6 +352,31 @@ TEST(NamespaceNode, LivesInTreesDeeperThanTheStack) {
     leaf.reset();
     root.reset();
     EXPECT_TRUE(end.expired());
+}
+
+TEST(NamespaceNode, IsNeverRegisteredBelowItself) {
+    const auto outer = Namespace::New();
+    const std::shared_ptr<NamespaceNode> middle = outer->SubNamespace("middle");
+    const std::shared_ptr<NamespaceNode> inner = middle->SubNamespace("inner");
+    const std::shared_ptr<NamespaceNode> lone = Namespace::New();
+    for (const auto& [node, parent] :
+         {std::pair(lone, lone), std::pair(middle, inner), std::pair(middle, middle)}) {
+        EXPECT_EQ(ThrownText([&, &child = node, &above = parent] {
+                      above->RegisterNamespaceNode(child, "loop");
+                  }),
+                  "Namespace node named 'loop' cannot be registered below itself");
+        EXPECT_FALSE(parent->HasNamespaceNode("loop"));
+    }
+    EXPECT_EQ(middle->GetName(), "middle");
+    EXPECT_EQ(middle->GetParent(), outer);
+}
+
+TEST(NamespaceNode, MayBringItsChildren) {
+    const std::shared_ptr<NamespaceNode> tree = Namespace::New();
+    tree->SubNamespace("inner");
+    const auto outer = Namespace::New();
+    outer->SubNamespace("middle")->RegisterNamespaceNode(tree, "tree");
+    EXPECT_EQ(tree->GetParent(), outer->GetNamespaceNode("middle"));
 }
 
 TEST(NamespaceNode, KeepsTheOrderOfItsVirtualOperations) {
