@@ -23,7 +23,10 @@
 namespace Corvel::Platform {
 namespace {
 
-constexpr std::array<int, 5> kSignals = {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGTSTP};
+constexpr std::array kEndings =
+    {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE, SIGALRM, SIGUSR1, SIGUSR2};
+constexpr std::array kSignals =
+    {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE, SIGALRM, SIGUSR1, SIGUSR2, SIGTSTP, SIGCONT};
 
 /// Both ends of a terminal that nobody is controlled by.
 class Terminal {
@@ -74,6 +77,15 @@ extern "C" void Watch(int /*signal*/) {
     ++calls;
     termios settings;
     echoedAtCall = tcgetattr(watchedDescriptor, &settings) == 0 && (settings.c_lflag & ECHO) != 0;
+}
+
+std::atomic<int> callsDuringTheOuterHandler = 0;
+
+/// Calls Watch by a signal of its own, and looks at the terminal when that is over.
+extern "C" void InterruptItself(int signal) {
+    raise(SIGINT);
+    callsDuringTheOuterHandler = calls.load();
+    Watch(signal);
 }
 
 extern "C" void IgnoreFromNowOn(int signal) {
@@ -196,6 +208,19 @@ TEST(SilentTerminal, EchoesWhileAHandlerOfTheProgramRunsAndIsSilentAfterwards) {
     EXPECT_TRUE(terminal.Echoes());
 }
 
+TEST(SilentTerminal, HandlersOfTheProgramInterruptEachOtherAsEver) {
+    const Terminal terminal;
+    watchedDescriptor = terminal.Descriptor();
+    const ActionScope inner(SIGINT, Watch);
+    const ActionScope outer(SIGTERM, InterruptItself);
+    const SilentTerminal silence(terminal.Descriptor());
+    raise(SIGTERM);
+    EXPECT_EQ(callsDuringTheOuterHandler, 1);
+    EXPECT_EQ(calls, 2);
+    EXPECT_TRUE(echoedAtCall) << "when the inner one was over";
+    EXPECT_FALSE(terminal.Echoes());
+}
+
 TEST(SilentTerminal, KeepsTheActionThatAHandlerChose) {
     const Terminal terminal;
     const ActionScope action(SIGTERM, IgnoreFromNowOn);
@@ -260,7 +285,7 @@ TEST(SilentTerminal, KeepsWhatWasTypedWhenTheProgramHandlesTheSignal) {
 
 /// In a process of its own, which the signal ends.
 TEST(SilentTerminal, EndsByTheSignalWithTheSettingsBack) {
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
+    for (const int signal : kEndings) {
         const Terminal terminal;
         const pid_t child = fork();
         if (child == 0) {
