@@ -47,8 +47,10 @@ public:
     ~SigpipeBlock() { pthread_sigmask(SIG_SETMASK, &_savedMask, nullptr); }
 
     void Consume() const noexcept {
+        // Not repeated on EINTR: what does not wait is never interrupted.
         const timespec atOnce{};
-        while (!_wasPending && sigtimedwait(&_sigpipe, nullptr, &atOnce) == -1 && errno == EINTR) {
+        if (!_wasPending) {
+            sigtimedwait(&_sigpipe, nullptr, &atOnce);
         }
     }
 

@@ -136,6 +136,14 @@ TEST(OptionParser, OfAnEmptyCommandLineKnowsNothing) {
     EXPECT_THAT(parser.GetCommandParameters(), ElementsAre());
 }
 
+TEST(OptionParser, EmptyCommandLineLeavesWhatWasParsedBefore) {
+    OptionParser parser = Parsed("--formatter xml core list --file a");
+    parser.ParseVector({});
+    EXPECT_THAT(parser.GetDispatcherParameters(), ElementsAre(Parameter("formatter", "xml")));
+    EXPECT_EQ(parser.GetCommandPath(), (Words{"core", "list"}));
+    EXPECT_THAT(parser.GetCommandParameters(), ElementsAre(Parameter("file", "a")));
+}
+
 TEST(OptionParser, KeepsRepeatedDispatcherOptionsInOrder) {
     OptionParser parser = Parsed("--plugin a --plugin=b -h --plugin c storage");
     EXPECT_THAT(parser.GetDispatcherParameters(),

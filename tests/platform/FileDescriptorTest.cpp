@@ -39,6 +39,12 @@ TEST(FileDescriptor, OwnsNothingAtFirst) {
     EXPECT_EQ(descriptor.Release(), -1);
 }
 
+TEST(FileDescriptor, NumberZeroIsADescriptor) {
+    FileDescriptor standardInput(0);
+    EXPECT_TRUE(standardInput.IsOpen());
+    standardInput.Release();
+}
+
 TEST(FileDescriptor, IsClosedOnceByItsOwner) {
     const std::set<int> before = OpenDescriptors();
     {

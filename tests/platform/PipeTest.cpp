@@ -98,6 +98,18 @@ TEST(Pipe, NoRoomAboveTheStandardDescriptorsIsAnError) {
     EXPECT_EQ(OpenDescriptors(), before);
 }
 
+TEST(Pipe, NeedsRoomForItsTwoEndsOnly) {
+    const int first = fcntl(0, F_DUPFD_CLOEXEC, 3);
+    const int second = fcntl(0, F_DUPFD_CLOEXEC, first + 1);
+    close(first);
+    close(second);
+    const DescriptorLimit limit(second + 1);
+    Pipe pipe;
+    EXPECT_EQ(pipe.Open(), 0);
+    EXPECT_EQ(pipe.readEnd.Get(), first);
+    EXPECT_EQ(pipe.writeEnd.Get(), second);
+}
+
 TEST(Pipe, FailureLeavesThePipeAsItWas) {
     Pipe pipe;
     ASSERT_EQ(pipe.Open(), 0);

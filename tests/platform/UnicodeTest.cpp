@@ -1,4 +1,6 @@
 #include <cstdlib>
+#include <cstring>
+#include <malloc.h>
 #include <memory>
 #include <string>
 
@@ -159,6 +161,15 @@ TEST(UnicodeEscapeBuffer, AnswersWellFormedTextForEveryPairOfBytes) {
             ASSERT_TRUE(IsValid(escaped)) << first << ' ' << second;
             ASSERT_EQ(escaped == pair, IsValid(pair)) << first << ' ' << second;
         }
+    }
+}
+
+TEST(UnicodeEscapeBuffer, RoomHoldsTheTextAndItsNul) {
+    for (std::size_t size = 0; size < 100; ++size) {
+        const std::string text(size, size % 3 == 0 ? '\xff' : 'a');
+        char* const escaped = Unicode_EscapeBuffer(text.data(), static_cast<long>(size), 0);
+        EXPECT_GT(malloc_usable_size(escaped), std::strlen(escaped)) << size;
+        std::free(escaped);
     }
 }
 
