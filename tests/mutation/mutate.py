@@ -99,18 +99,21 @@ class Session:
         self._done = 0
 
     def run(self) -> None:
-        self._run_switched()
-        self._run_alone()
+        switched = [one for one in self._waiting() if not one.mutant.constant]
+        print(f"Building {len(switched)} mutants", flush=True)
+        refused = self._tree.build_with({one.number: one.mutant for one in switched})
+        trials = Trials(WORK, find_tests(self._tree.build))
+        print("Running every test without a mutant", flush=True)
+        for test in trials.control():
+            print(f"Left out, takes {test.seconds:.0f} s: {test.program} {test.name}", flush=True)
+        self._run_switched(trials, [one for one in switched if one.number not in refused])
+        self._run_alone(trials)
 
-    def _run_switched(self) -> None:
+    def _run_switched(self, trials: Trials, switched: list[Result]) -> None:
         """The mutants that one build holds together."""
-        waiting = {one.number: one for one in self._waiting() if not one.mutant.constant}
-        print(f"Building {len(waiting)} mutants", flush=True)
-        refused = self._tree.build_with({number: one.mutant for number, one in waiting.items()})
-        trials = self._trials()
-        reached = trials.reached()
         # What no test reaches is tried alone, too: the compiler may have computed the variable it is in.
-        pending = [waiting[number] for number in sorted(waiting.keys() & reached)]
+        reached = trials.reached()
+        pending = [one for one in switched if one.number in reached]
         for where in Where:
             print(f"Trying {len(pending)} mutants on {where.value}", flush=True)
             with concurrent.futures.ThreadPoolExecutor(WORKERS) as pool:
@@ -122,39 +125,20 @@ class Session:
                         self._conclude(result, outcome, by)
             pending = [one for one in pending if not one.outcome]
 
-    def _run_alone(self) -> None:
+    def _run_alone(self, trials: Trials) -> None:
         """Those that the compiler computes with, or that do not compile with a switch: one build each."""
         waiting = self._waiting()
-        if not waiting:
-            return
         print(f"Building {len(waiting)} mutants one by one", flush=True)
-        trials = None
         for result in waiting:
             if not self._tree.build_with_one(result.mutant):
                 self._conclude(result, "no program", "it does not compile")
                 continue
-            self._tree.restore()
-            if trials is None:
-                self._tree.build_with({})
-                trials = self._trials()
-            self._tree.build_with_one(result.mutant)
-            self._conclude(result, *self._verdict_alone(trials, result))
+            for where in Where:
+                outcome, by = trials.verdict(result.number, result.mutant, where, everywhere=True)
+                if outcome != "survived":
+                    break
+            self._conclude(result, outcome, by)
         self._tree.restore()
-
-    @staticmethod
-    def _verdict_alone(trials: Trials, result: Result) -> tuple[str, str]:
-        for where in Where:
-            outcome, by = trials.verdict(result.number, result.mutant, where, everywhere=True)
-            if outcome != "survived":
-                break
-        return outcome, by
-
-    def _trials(self) -> Trials:
-        trials = Trials(WORK, find_tests(self._tree.build))
-        print("Running every test without a mutant", flush=True)
-        for test in trials.control():
-            print(f"Left out, takes {test.seconds:.0f} s: {test.program} {test.name}", flush=True)
-        return trials
 
     def _waiting(self) -> list[Result]:
         return [one for one in self._results if not one.outcome]
@@ -163,6 +147,7 @@ class Session:
         result.outcome, result.by = outcome, by
         self._done += 1
         left = len(self._waiting())
+        keep_results(self._results, self._tree)
         if outcome in ("survived", "timed out"):
             print(f"{outcome} ({by}; {left} left): {describe(result.mutant, self._tree)}", flush=True)
 
@@ -232,6 +217,12 @@ def parse_arguments(words: list[str]) -> argparse.Namespace:
     parser.add_argument("--survivors", action="store_true")
     parser.add_argument("--record", action="store_true")
     return parser.parse_args(words)
+
+
+def keep_results(results: list[Result], tree: MutantTree) -> None:
+    """What is known so far, for whoever ends the run before its time."""
+    lines = [f"{one.outcome or 'not tried'}: {describe(one.mutant, tree)} {one.by}\n" for one in results]
+    (WORK / "results").write_text("".join(lines))
 
 
 def load_survivors(mutants: list[Mutant], tree: MutantTree) -> list[Mutant]:

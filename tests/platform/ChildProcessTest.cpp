@@ -1,12 +1,35 @@
 #include <errno.h>
+#include <poll.h>
 #include <signal.h>
 #include <sys/wait.h>
+
+#include <functional>
 
 #include <gtest/gtest.h>
 
 #include "corvel/platform/ChildProcess.h"
 #include "corvel/platform/Pipe.h"
 #include "tests/support/ProcessState.h"
+
+namespace {
+
+/// What happens when poll() has been called, which then waits for as long as it takes.
+std::function<void()> onPoll;
+
+}  // namespace
+
+extern "C" {
+
+int __real_poll(pollfd* descriptors, nfds_t count, int milliseconds);
+
+int __wrap_poll(pollfd* descriptors, nfds_t count, int milliseconds) {
+    if (onPoll == nullptr) {
+        return __real_poll(descriptors, count, milliseconds);
+    }
+    onPoll();
+    return __real_poll(descriptors, count, -1);
+}
+}
 
 namespace Corvel::Platform {
 
@@ -69,6 +92,19 @@ TEST(ChildProcess, ChildThatIsJustEndingIsReapedByTheDestructor) {
         ChildProcess child;
         ASSERT_EQ(StartShell(child, "exit 0"), 0U);
     }
+    EXPECT_FALSE(HasChild());
+}
+
+TEST(ChildProcess, ChildThatEndsWhileTheDestructorWaitsIsReaped) {
+    Pipe pipe;
+    ASSERT_EQ(pipe.Open(), 0);
+    {
+        ChildProcess child;
+        ASSERT_EQ(child.Start({"/bin/cat"}, {pipe.readEnd.Get(), 1, 2}), 0U);
+        onPoll = [&pipe] { pipe.writeEnd.Close(); };
+    }
+    onPoll = nullptr;
+    EXPECT_FALSE(pipe.writeEnd.IsOpen());
     EXPECT_FALSE(HasChild());
 }
 

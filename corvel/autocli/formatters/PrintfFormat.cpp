@@ -150,18 +150,18 @@ Number ReadSigned(long value, PrintfFormat::Length length) {
     return value < 0 ? Number{true, 0 - bits} : Number{false, bits};
 }
 
-Number ReadUnsigned(long value, PrintfFormat::Length length) {
+unsigned long ReadUnsigned(long value, PrintfFormat::Length length) {
     switch (length) {
         case PrintfFormat::Length::Char:
-            return {false, static_cast<unsigned char>(value)};
+            return static_cast<unsigned char>(value);
         case PrintfFormat::Length::Short:
-            return {false, static_cast<unsigned short>(value)};
+            return static_cast<unsigned short>(value);
         case PrintfFormat::Length::Int:
-            return {false, static_cast<unsigned int>(value)};
+            return static_cast<unsigned int>(value);
         case PrintfFormat::Length::Long:
             break;
     }
-    return {false, static_cast<unsigned long>(value)};
+    return static_cast<unsigned long>(value);
 }
 
 bool IsSigned(char letter) {
@@ -260,8 +260,9 @@ int PrintfFormat::AppendInteger(std::string& out, long value, std::size_t limit)
     if (_conversion.letter == 's') {
         return EINVAL;
     }
-    const Number number = IsSigned(_conversion.letter) ? ReadSigned(value, _conversion.length)
-                                                       : ReadUnsigned(value, _conversion.length);
+    const Number number = IsSigned(_conversion.letter)
+                              ? ReadSigned(value, _conversion.length)
+                              : Number{.magnitude = ReadUnsigned(value, _conversion.length)};
     const Digits digits(number.magnitude, _conversion.letter);
     const bool isBlank =
         number.magnitude == 0 && _conversion.hasPrecision && _conversion.precision == 0;

@@ -126,6 +126,14 @@ TEST(OutputBuffer, LosesNothingAtItsBoundaries) {
     }
 }
 
+TEST(OutputBuffer, HandsOnWhatIsJustLarge) {
+    PieceCounter stream;
+    OutputBuffer buffer(stream);
+    buffer += Numbered(65536);
+    buffer += Numbered(5000);
+    EXPECT_EQ(stream.GetPieces(), (std::vector<std::size_t>{65536}));
+}
+
 TEST(OutputBuffer, HandsOnLargePieces) {
     for (const std::size_t step : {1U, 100U, 4096U, 5000U, 70000U}) {
         const std::string piece = Numbered(step);

@@ -240,6 +240,14 @@ TEST_F(ShellCommand, ListenerHearsOfEveryFinishedCommandUntilItIsCleared) {
                                                         {"QUEN_USERNAME='ann' true", 0}}));
 }
 
+TEST_F(ShellCommand, ListenerFindsNoDescriptorOfTheCommand) {
+    static std::set<int> found;
+    found.clear();
+    SetCommandExecListener([](const std::string&, int) { found = OpenDescriptors(); });
+    OutputOf("echo a");
+    EXPECT_EQ(found, descriptorsBefore);
+}
+
 TEST_F(ShellCommand, ListenerHearsNothingOfACommandThatFailed) {
     heard.clear();
     SetCommandExecListener(Hear);

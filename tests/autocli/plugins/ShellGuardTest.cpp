@@ -117,6 +117,7 @@ INSTANTIATE_TEST_SUITE_P(
         {"CommentThatDropsAnOption", "cmd $val{x} --safe", {{"x", {"#"}}}, "x"},
         {"CommentBehindABlank", "cmd a$val{x} --safe", {{"x", {" #"}}}, "x"},
         {"CommentBehindAContinuation", "cmd a$val{x} --safe", {{"x", {"\n#"}}}, "x"},
+        {"ValueRightBehindAnother", "cmd $val{x}$val{y}", {{"x", {"a"}}, {"y", {"\n#"}}}, "y"},
         {"CommentBehindAnUnusualByte", "cmd $val{x} --safe", {{"x", {"\xa0#"}}}, "x"},
         {"EndOfAComment", ": # '$val{x}'", {{"x", {"a\nid"}}}, "x"},
         {"RawValueBetweenQuotes", ": 'a'$val{x}'b'", {{"x", {";id;"}}}, "x"},

@@ -64,6 +64,8 @@ INSTANTIATE_TEST_SUITE_P(
         {"TrapAliasLetUnsetMake", "trap a b; alias c=d; let e; unset f; make g", "a|b|c=d|e|f|g"},
         {"FilesThatTheShellReads", ". a; source b", "a|b"},
         {"NamesOfVariables", "export a b=c 'd[e]=f'; read g h; local i=j", "a|d[e]=f|g|h"},
+        {"NamesOfVariablesAreNoCommands", "export sh -c a=b", "sh|-c"},
+        {"DotWithAVersion", ".1 a", "a"},
         {"TestsOfNumbers", "[ a -eq b ]; test -v c; [ d = e ]", "a|-eq|b|]|-v|c"},
         {"RunnersAreLookedThrough",
          "sudo -u a env B=c timeout 5 sh -c d; nohup awk e f; exec eval g",
