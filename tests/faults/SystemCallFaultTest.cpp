@@ -34,23 +34,42 @@ std::ostream& operator<<(std::ostream& stream, const FaultedRun& run) {
 
 namespace {
 
+bool TriesAll() {
+    return std::getenv("CORVEL_FAULTS_ALL") != nullptr;
+}
+
 /// How many faults came to what, in all tests of this process together.
 class Tally : public testing::Environment {
 public:
-    static void Count(const std::string& outcome) { ++_sOutcomes[outcome]; }
+    static void Count(const std::string& call, const std::string& outcome) {
+        ++_sCounts[outcome];
+        ++_sCountsOfCalls[call][outcome];
+    }
 
     void TearDown() override {
-        int faults = 0;
-        std::string outcomes;
-        for (const auto& [outcome, count] : _sOutcomes) {
-            faults += count;
-            outcomes += "\n  " + std::to_string(count) + " " + outcome;
+        Print("Faults in system calls", _sCounts);
+        if (TriesAll()) {
+            for (const auto& [call, counts] : _sCountsOfCalls) {
+                Print(call, counts);
+            }
         }
-        std::cout << "Faults in system calls: " << faults << outcomes << std::endl;
     }
 
 private:
-    static inline std::map<std::string, int> _sOutcomes;
+    using Counts = std::map<std::string, int>;
+
+    static void Print(const std::string& title, const Counts& counts) {
+        int sum = 0;
+        std::string lines;
+        for (const auto& [outcome, count] : counts) {
+            sum += count;
+            lines += "\n  " + std::to_string(count) + " " + outcome;
+        }
+        std::cout << title << ": " << sum << lines << std::endl;
+    }
+
+    static inline Counts _sCounts;
+    static inline std::map<std::string, Counts> _sCountsOfCalls;
 };
 
 [[maybe_unused]] const auto* const kTally = testing::AddGlobalTestEnvironment(new Tally);
@@ -117,8 +136,8 @@ std::string OutcomeBeforeMain(const Ending& whole, const FaultedRun& run) {
     return isTold ? kOfLoader : "neither whole nor not started!";
 }
 
-void Judge(const std::string& outcome, const FaultedRun& run) {
-    Tally::Count(outcome);
+void Judge(const SystemCallFault& fault, const std::string& outcome, const FaultedRun& run) {
+    Tally::Count(fault.call.name, outcome);
     EXPECT_FALSE(outcome.ends_with('!')) << outcome << "\n" << run;
 }
 
@@ -156,10 +175,6 @@ bool DeniesChildren(const SystemCallFault& fault) {
 
 // --- The faults --------------------------------------------------------------------------------
 
-bool TriesAll() {
-    return std::getenv("CORVEL_FAULTS_ALL") != nullptr;
-}
-
 /// Those of some errors that are tried: the one whose turn it is, or all.
 std::vector<std::string> Chosen(const std::vector<std::string>& errors, std::size_t turn) {
     if (errors.empty() || TriesAll()) {
@@ -189,7 +204,7 @@ protected:
         const Heir heir;
         const FaultedRun run = RunWithFault(scenario, fault);
         const int leftChildren = Heir::Bury();
-        Judge(OutcomeOf(scenario, whole, run), run);
+        Judge(fault, OutcomeOf(scenario, whole, run), run);
         EXPECT_TRUE(leftChildren == 0 || DeniesChildren(fault)) << leftChildren << "\n" << run;
     }
 };
@@ -236,8 +251,9 @@ TEST_P(SystemCallFaultsBeforeMain, AreTheLoadersToTell) {
         ++turn;
         for (const std::string& error :
              EndsTheLoader(call) ? std::vector<std::string>() : Chosen(ErrorsOf(call.name), turn)) {
-            const FaultedRun run = RunWithFault(scenario, {call, error});
-            Judge(OutcomeBeforeMain(whole, run), run);
+            const SystemCallFault fault = {call, error};
+            const FaultedRun run = RunWithFault(scenario, fault);
+            Judge(fault, OutcomeBeforeMain(whole, run), run);
         }
     }
 }
