@@ -231,9 +231,35 @@ std::string NameOf(const testing::TestParamInfo<std::size_t>& info) {
     return name;
 }
 
+std::size_t IndexOf(const std::string& name) {
+    const auto& scenarios = SystemCallScenarios();
+    const auto named = std::find_if(
+        scenarios.begin(), scenarios.end(), [&](const Scenario& one) { return one.name == name; });
+    return static_cast<std::size_t>(named - scenarios.begin());
+}
+
 INSTANTIATE_TEST_SUITE_P(In,
                          SystemCallFaults,
                          testing::Range(std::size_t{0}, SystemCallScenarios().size()),
+                         NameOf);
+
+using SystemCallFaultsOfChildren = SystemCallFaults;
+
+/// What is done to the descriptors of a child before its program starts. The program itself makes none
+/// of these calls.
+TEST_P(SystemCallFaultsOfChildren, StartNoProgramOrTheRightOne) {
+    const Scenario& scenario = SystemCallScenarios()[GetParam()];
+    const Ending whole = RunScenario(scenario);
+    for (const SystemCall& call : {SystemCall{"dup2", 1}, {"dup2", 2}, {"close_range", 1}}) {
+        for (const std::string& error : ErrorsOf(call.name)) {
+            Try(scenario, whole, {call, error, false, true});
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(In,
+                         SystemCallFaultsOfChildren,
+                         testing::Values(IndexOf("open descriptors of a session")),
                          NameOf);
 
 /// The loader does not look whether its first allocation, of some of its own variables, succeeds.
@@ -259,7 +285,10 @@ TEST_P(SystemCallFaultsBeforeMain, AreTheLoadersToTell) {
 }
 
 /// The first scenario is as good as any other here.
-INSTANTIATE_TEST_SUITE_P(In, SystemCallFaultsBeforeMain, testing::Values(std::size_t{0}), NameOf);
+INSTANTIATE_TEST_SUITE_P(In,
+                         SystemCallFaultsBeforeMain,
+                         testing::Values(IndexOf("listing")),
+                         NameOf);
 
 }  // namespace
 }  // namespace Corvel::Testing

@@ -47,6 +47,7 @@ const std::map<std::string, Errors> kErrors = {
     {"brk", {"ENOMEM"}},
     {"clone", {"EAGAIN", "ENOMEM"}},
     {"clone3", {"EAGAIN", "ENOMEM"}},
+    {"close_range", {"EINVAL", "EMFILE", "ENOMEM", "ENOSYS"}},
     {"dup2", {"EINTR", "EMFILE", "EBUSY"}},
     {"fcntl", {"EINTR", "EMFILE", "ENOMEM"}},
     {"fstat", {"ENOMEM", "EIO"}},
@@ -95,6 +96,9 @@ public:
         _prefix.emplace_back("-e");
         _prefix.push_back("inject=" + fault.call.name + ":" + answer + ":when=" +
                           std::to_string(fault.call.occurrence) + (fault.isLasting ? "+" : ""));
+        if (fault.isForChildren) {
+            _prefix.emplace_back("-f");
+        }
     }
 
     Intervention AsIntervention() const { return {.prefix = _prefix}; }

@@ -31,6 +31,8 @@ struct SystemCallFault {
     /// The name of an errno value.
     std::string error;
     bool isLasting = false;
+    /// Each process that the program starts counts its own calls, and those are meant, too.
+    bool isForChildren = false;
 };
 
 /// An invocation in which system calls were to fail.
