@@ -9,17 +9,12 @@
 #include "corvel/metaobj/MetaList.h"
 #include "corvel/metaobj/MetaString.h"
 #include "corvel/metaobj/MetaStruct.h"
+#include "corvel/metaobj/MissingDocumentation.h"
 #include "corvel/metaobj/NullText.h"
 
 namespace Corvel::CallSpec {
 
 namespace {
-
-// Made on first use, because other libraries may ask before our initialisers have run.
-const std::string& MissingDocumentation() {
-    static const std::string sMissing = "Documentation missing";
-    return sMissing;
-}
 
 void Report(const char* reason, std::list<std::string>* errors) {
     if (errors != nullptr) {
@@ -29,7 +24,7 @@ void Report(const char* reason, std::list<std::string>* errors) {
 
 }  // namespace
 
-const std::string& OutputSpec::_docMissingStaticString = MissingDocumentation();
+const std::string& OutputSpec::_docMissingStaticString = MetaObj::MissingDocumentationAtLoad();
 
 std::shared_ptr<OutputSpec> OutputSpec::New() {
     return std::shared_ptr<OutputSpec>(new OutputSpec());
@@ -87,7 +82,7 @@ void OutputSpec::SetDescription(std::string&& description) {
 }
 
 const std::string& OutputSpec::GetDescription() const {
-    return _description.empty() ? MissingDocumentation() : _description;
+    return _description.empty() ? MetaObj::MissingDocumentation() : _description;
 }
 
 bool OutputSpec::Validate(const std::shared_ptr<Output>& output,

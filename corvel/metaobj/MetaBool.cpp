@@ -1,5 +1,7 @@
 #include "corvel/metaobj/MetaBool.h"
 
+#include <new>
+
 namespace Corvel::MetaObj {
 
 namespace {
@@ -19,8 +21,13 @@ const SharedBools& Shared() {
 
 const bool MetaBool::_sInitialized = MetaBool::Init();
 
+// While the library is loaded, nobody could catch what is thrown.
 bool MetaBool::Init() {
-    Shared();
+    try {
+        Shared();
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
     return true;
 }
 

@@ -24,7 +24,8 @@ public:
     /// @return "true" or "false".
     std::string ToString() const override;
 
-    /// Makes the shared objects, unless they exist. @return true.
+    /// Makes the shared objects, unless they exist. @return false where there is no memory
+    /// for them; they are made on first use then.
     static bool Init();
     static const bool _sInitialized;
 

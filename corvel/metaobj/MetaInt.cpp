@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <new>
 
 namespace Corvel::MetaObj {
 
@@ -31,8 +32,13 @@ const SharedInts& Shared() {
 
 const bool MetaInt::_sInitialized = MetaInt::Init();
 
+// While the library is loaded, nobody could catch what is thrown.
 bool MetaInt::Init() {
-    Shared();
+    try {
+        Shared();
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
     return true;
 }
 

@@ -21,7 +21,8 @@ public:
     /// @return the decimal digits, after "-" for a negative value.
     std::string ToString() const override;
 
-    /// Makes the shared objects, unless they exist. @return true.
+    /// Makes the shared objects, unless they exist. @return false where there is no memory
+    /// for them; they are made on first use then.
     static bool Init();
     static const bool _sInitialized;
 

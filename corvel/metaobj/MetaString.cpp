@@ -1,6 +1,7 @@
 #include "corvel/metaobj/MetaString.h"
 
 #include <cstdlib>
+#include <new>
 #include <utility>
 
 #include "corvel/metaobj/NullText.h"
@@ -27,8 +28,13 @@ const std::shared_ptr<MetaString>& SharedEmpty() {
 
 const bool MetaString::_sInitialized = MetaString::Init();
 
+// While the library is loaded, nobody could catch what is thrown.
 bool MetaString::Init() {
-    SharedEmpty();
+    try {
+        SharedEmpty();
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
     return true;
 }
 

@@ -30,7 +30,8 @@ public:
     /// @return the text itself, neither quoted nor escaped.
     std::string ToString() const override;
 
-    /// Makes the shared object, unless it exists. @return true.
+    /// Makes the shared object, unless it exists. @return false where there is no memory
+    /// for it; it is made on first use then.
     static bool Init();
     static const bool _sInitialized;
 

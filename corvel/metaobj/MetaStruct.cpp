@@ -6,6 +6,7 @@
 #include "corvel/metaobj/FieldExtras.h"
 #include "corvel/metaobj/FieldLayout.h"
 #include "corvel/metaobj/FieldSlot.h"
+#include "corvel/metaobj/MissingDocumentation.h"
 #include "corvel/metaobj/NullText.h"
 #include "corvel/metaobj/ReleaseScope.h"
 #include "corvel/metaobj/StructureComparison.h"
@@ -27,15 +28,10 @@ const std::string& DocEmpty() {
     return sEmpty;
 }
 
-const std::string& DocMissing() {
-    static const std::string sMissing = "Documentation missing";
-    return sMissing;
-}
-
 }  // namespace
 
 const std::string& MetaStruct::_docEmpty = DocEmpty();
-const std::string& MetaStruct::_docMissingStaticString = DocMissing();
+const std::string& MetaStruct::_docMissingStaticString = MissingDocumentationAtLoad();
 
 MetaStruct::Field::Field(std::shared_ptr<MetaObject> fieldValue, std::string fieldDocumentation)
     : value(std::move(fieldValue)), documentation(std::move(fieldDocumentation)) {}
@@ -234,7 +230,7 @@ const std::string& MetaStruct::GetFieldDocumentation(const std::string& name) co
     }
     const FieldExtras* const extras = _extras.load(std::memory_order_acquire);
     const std::string& documentation = extras == nullptr ? DocEmpty() : extras->Documentation(slot);
-    return documentation.empty() ? DocMissing() : documentation;
+    return documentation.empty() ? MissingDocumentation() : documentation;
 }
 
 std::list<std::string> MetaStruct::GetFieldNames() const {

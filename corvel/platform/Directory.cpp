@@ -4,6 +4,7 @@
 #include <errno.h>
 
 #include <memory>
+#include <new>
 #include <string_view>
 
 namespace Corvel::Platform {
@@ -27,6 +28,9 @@ OpenDirectory Open(const std::string& path) {
     do {
         directory = ::opendir(path.c_str());
     } while (directory == nullptr && errno == EINTR);
+    if (directory == nullptr && errno == ENOMEM) {
+        throw std::bad_alloc();
+    }
     return OpenDirectory(directory);
 }
 
@@ -35,8 +39,7 @@ OpenDirectory Open(const std::string& path) {
 DirectoryReading ReadDirectory(const std::string& path, std::vector<std::string>& names) {
     const OpenDirectory directory = Open(path);
     if (directory == nullptr) {
-        const bool mayBeThere =
-            errno == EMFILE || errno == ENFILE || errno == ENOMEM || errno == EIO;
+        const bool mayBeThere = errno == EMFILE || errno == ENFILE || errno == EIO;
         return mayBeThere ? DirectoryReading::OutOfReach : DirectoryReading::NotOpened;
     }
     errno = 0;

@@ -2,11 +2,13 @@
 
 #include <errno.h>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstddef>
 #include <cstdlib>
 #include <filesystem>
+#include <new>
 #include <system_error>
 
 #include "corvel/platform/FileDescriptor.h"
@@ -43,24 +45,22 @@ void ReplaceStandardStream(int stream) {
 LoadingScope* LoadingScope::_sCurrent = nullptr;
 
 LoadingScope::LoadingScope(const std::string& path)
-    : _path(path),
+    : _refusal("Unable to load plugin from " + path + ": it ended the process\n"),
       _workingDirectory(WorkingDirectory()),
+      _directory(CurrentDirectory()),
       _openStreams{IsOpen(STDIN_FILENO), IsOpen(STDOUT_FILENO), IsOpen(STDERR_FILENO)},
       _process(getpid()),
       _thread(pthread_self()),
       _outer(_sCurrent) {
-    // Once in the process, before any library can register functions of its own, which run earlier.
-    [[maybe_unused]] static const bool registered =
-        std::atexit(&RefuseToSucceed) == 0 && std::at_quick_exit(&RefuseToSucceed) == 0;
+    RequireRefusal();
     _sCurrent = this;
 }
 
 LoadingScope::~LoadingScope() {
     _sCurrent = _outer;
-    if (!_workingDirectory.empty() && WorkingDirectory() != _workingDirectory) {
+    if (!_workingDirectory.empty() && CurrentDirectory() != _directory) {
         // By its name: the library may have closed a descriptor that we kept for it.
-        std::error_code failure;
-        std::filesystem::current_path(_workingDirectory, failure);
+        static_cast<void>(chdir(_workingDirectory.c_str()) == 0);
     }
     for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {
         if (_openStreams[static_cast<std::size_t>(stream)] && !IsOpen(stream)) {
@@ -69,13 +69,30 @@ LoadingScope::~LoadingScope() {
     }
 }
 
+LoadingScope::DirectoryIdentity LoadingScope::CurrentDirectory() {
+    struct stat status = {};
+    return stat(".", &status) == 0 ? DirectoryIdentity{status.st_dev, status.st_ino}
+                                   : DirectoryIdentity{};
+}
+
+/// Registers the refusal: once in the process, before any library can register functions of its own,
+/// which run earlier.
+void LoadingScope::RequireRefusal() {
+    [[maybe_unused]] static const bool registered = [] {
+        if (std::atexit(&RefuseToSucceed) != 0 || std::at_quick_exit(&RefuseToSucceed) != 0) {
+            throw std::bad_alloc();
+        }
+        return true;
+    }();
+}
+
 void LoadingScope::RefuseToSucceed() {
     const LoadingScope* const scope = _sCurrent;
     if (scope == nullptr || scope->_process != getpid() ||
         pthread_equal(scope->_thread, pthread_self()) == 0) {
         return;
     }
-    WriteErrorLines("Unable to load plugin from " + scope->_path + ": it ended the process\n");
+    WriteErrorLines(scope->_refusal);
     _exit(EXIT_FAILURE);
 }
 

@@ -24,23 +24,36 @@ namespace Corvel::Platform {
 /// end of the process that the library registers and that calls _exit(). A child that the code forks
 /// ends as it likes.
 ///
+/// Failures: std::bad_alloc, from the constructor alone.
 /// Threads: what another thread does meanwhile is not concerned. One thread loads at a time; scopes
 ///          may be nested.
 class LoadingScope final {
 public:
-    /// @param path  of the library; must outlive the scope.
+    /// @param path  of the library.
     explicit LoadingScope(const std::string& path);
     LoadingScope(const LoadingScope&) = delete;
     LoadingScope& operator=(const LoadingScope&) = delete;
     ~LoadingScope();
 
 private:
+    /// What a directory is, by whatever name.
+    struct DirectoryIdentity {
+        dev_t device = 0;
+        ino_t number = 0;
+
+        bool operator==(const DirectoryIdentity&) const = default;
+    };
+
+    static DirectoryIdentity CurrentDirectory();
+    static void RequireRefusal();
     static void RefuseToSucceed();
 
     static LoadingScope* _sCurrent;
 
-    const std::string& _path;
+    /// Made before it is needed: at the end of the process nobody catches what is thrown.
+    std::string _refusal;
     std::string _workingDirectory;
+    DirectoryIdentity _directory;
     std::array<bool, 3> _openStreams;
     pid_t _process;
     pthread_t _thread;

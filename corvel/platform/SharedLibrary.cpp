@@ -9,6 +9,8 @@
 #include <cstring>
 #include <elf.h>
 #include <link.h>
+#include <new>
+#include <string_view>
 #include <vector>
 
 #include "corvel/platform/ErrorText.h"
@@ -18,9 +20,22 @@ namespace Corvel::Platform {
 
 namespace {
 
-std::string LoaderReason() {
-    const char* reason = dlerror();
-    return reason == nullptr ? "(null)" : reason;
+/// Whether the loader found no room for what a library wants to have mapped: that is its fault, as a
+/// broken one can want anything.
+bool IsAboutMapping(std::string_view reason) {
+    return reason.find("failed to map segment") != std::string_view::npos ||
+           reason.find("cannot map zero-fill pages") != std::string_view::npos;
+}
+
+/// @param error  what the loader's call left in errno, which was 0 before.
+/// @throws std::bad_alloc  when the loader itself had too little memory: no library is to blame.
+std::string LoaderReason(int error) {
+    const char* words = dlerror();
+    std::string reason = words == nullptr ? "(null)" : words;
+    if (error == ENOMEM && !IsAboutMapping(reason)) {
+        throw std::bad_alloc();
+    }
+    return reason;
 }
 
 /// Whether a file is no plain file, and no directory, of which the loader has its own opinion.
@@ -143,23 +158,30 @@ std::unique_ptr<SharedLibrary> SharedLibrary::Load(const std::string& path,
     if (!reason.empty()) {
         return nullptr;
     }
-    void* handle =
+    // Before the loader is asked: whoever has the handle gives it back.
+    std::unique_ptr<SharedLibrary> library(new SharedLibrary(path));
+    errno = 0;
+    void* const handle =
         dlopen(path.c_str(), RTLD_LAZY | (scope == Scope::Global ? RTLD_GLOBAL : RTLD_LOCAL));
     if (handle == nullptr) {
-        reason = LoaderReason();
+        reason = LoaderReason(errno);
         return nullptr;
     }
-    return std::unique_ptr<SharedLibrary>(new SharedLibrary(path, handle));
+    library->_handle = handle;
+    return library;
 }
 
 SharedLibrary::~SharedLibrary() {
-    dlclose(_handle);
+    if (_handle != nullptr) {
+        dlclose(_handle);
+    }
 }
 
 void* SharedLibrary::FindSymbol(const char* name, std::string& reason) const {
+    errno = 0;
     void* address = dlsym(_handle, name);
     if (address == nullptr) {
-        reason = LoaderReason();
+        reason = LoaderReason(errno);
     }
     return address;
 }

@@ -9,7 +9,8 @@ namespace Corvel::Platform {
 /// called.
 ///
 /// Failures: reasons are the system loader's own words, "(null)" when it gives none, or words like
-///           them where it has no objection and we do.
+///           them where it has no objection and we do. Want of memory raises std::bad_alloc: it says
+///           nothing about the library.
 /// Lifetime: the destructor gives the library back; the system unloads it when nobody else uses it.
 class SharedLibrary final {
 public:
@@ -41,10 +42,10 @@ public:
     void* FindFunction(const char* name, std::string& reason) const;
 
 private:
-    SharedLibrary(const std::string& path, void* handle) : _path(path), _handle(handle) {}
+    explicit SharedLibrary(const std::string& path) : _path(path) {}
 
     std::string _path;
-    void* _handle;
+    void* _handle = nullptr;
 };
 
 }  // namespace Corvel::Platform

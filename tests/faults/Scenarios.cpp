@@ -227,6 +227,10 @@ const std::vector<Scenario>& Scenarios() {
     return scenarios;
 }
 
+std::ostream& operator<<(std::ostream& stream, const Scenario& scenario) {
+    return stream << scenario.name;
+}
+
 std::ostream& operator<<(std::ostream& stream, const Ending& ending) {
     return stream << "status " << ending.status << ", signal " << ending.signal << ", "
                   << (ending.echoes ? "" : "no ") << "echo\n--- out\n"

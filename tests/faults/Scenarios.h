@@ -21,6 +21,9 @@ struct Scenario {
     int lineCount = 0;
 };
 
+/// The name.
+std::ostream& operator<<(std::ostream& stream, const Scenario& scenario);
+
 /// The invocations that stand for all that the program does.
 const std::vector<Scenario>& Scenarios();
 

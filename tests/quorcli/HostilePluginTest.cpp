@@ -1,7 +1,10 @@
 #include <signal.h>
 #include <sys/stat.h>
 
+#include <cstring>
+#include <elf.h>
 #include <filesystem>
+#include <link.h>
 #include <set>
 #include <string>
 #include <vector>
@@ -102,6 +105,28 @@ TEST_F(HostilePlugin, Text) {
 TEST_F(HostilePlugin, LibraryCutShort) {
     _folder.Write("a.so", ReadFile(TestPlugin("Greeting")).substr(0, 4096));
     ExpectNotLoaded("file too short");
+}
+
+/// A library that wants more memory for its last segment than there can be.
+std::string Insatiable(std::string library) {
+    ElfW(Ehdr) header;
+    std::memcpy(&header, library.data(), sizeof header);
+    for (std::size_t i = header.e_phnum; i-- > 0;) {
+        char* const place = library.data() + header.e_phoff + i * sizeof(ElfW(Phdr));
+        ElfW(Phdr) segment;
+        std::memcpy(&segment, place, sizeof segment);
+        if (segment.p_type == PT_LOAD) {
+            segment.p_memsz = ElfW(Xword){1} << 62;
+            std::memcpy(place, &segment, sizeof segment);
+            break;
+        }
+    }
+    return library;
+}
+
+TEST_F(HostilePlugin, LibraryThatWantsMoreMemoryThanThereIs) {
+    _folder.Write("a.so", Insatiable(ReadFile(TestPlugin("Greeting"))));
+    ExpectNotLoaded("failed to map segment from shared object");
 }
 
 TEST_F(HostilePlugin, Directory) {

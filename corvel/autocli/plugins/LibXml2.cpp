@@ -2,8 +2,11 @@
 
 #include <cstdint>
 #include <cstdlib>
+#include <memory>
+#include <new>
 #include <string>
 
+#include "corvel/autocli/plugins/XmlErrorWatch.h"
 #include "corvel/metaobj/CorvelException.h"
 #include "corvel/platform/SharedLibrary.h"
 
@@ -31,14 +34,13 @@ struct DlopenNote {
     throw CorvelException("Unable to load libxml2: " + reason);
 }
 
-const SharedLibrary& Load() {
+std::unique_ptr<SharedLibrary> Load() {
     std::string reason;
-    const SharedLibrary* library =
-        SharedLibrary::Load(CORVEL_LIBXML2_SONAME, reason, SharedLibrary::Scope::Local).release();
+    auto library = SharedLibrary::Load(CORVEL_LIBXML2_SONAME, reason, SharedLibrary::Scope::Local);
     if (library == nullptr) {
         RefuseToLoad(reason);
     }
-    return *library;
+    return library;
 }
 
 }  // namespace
@@ -54,13 +56,19 @@ Symbol LibXml2::Find(const char* name) const {
 }
 
 const LibXml2& LibXml2::Get() {
-    static const LibXml2 library;
+    static const Platform::SharedLibrary& loaded = *Load().release();
+    static const LibXml2 library(loaded);
     return library;
 }
 
-LibXml2::LibXml2()
-    : _library(Load()), _version(std::atoi(*Find<const char* const*>("xmlParserVersion"))) {
+LibXml2::LibXml2(const Platform::SharedLibrary& library)
+    : _library(library), _version(std::atoi(*Find<const char* const*>("xmlParserVersion"))) {
+    // It sets libxml2 up, which never does that again, and tells what it misses to nobody else.
+    const XmlErrorWatch errors(*this);
     xmlCheckVersion(LIBXML_VERSION);
+    if (errors.SawOutOfMemory()) {
+        throw std::bad_alloc();
+    }
 }
 
 }  // namespace Corvel::AutoCli

@@ -25,7 +25,8 @@ class LibXml2 final {
     Symbol Find(const char* name) const;
 
 public:
-    /// Raises "Unable to load libxml2: " + the system loader's words; asked again, tries again.
+    /// Raises "Unable to load libxml2: " + the system loader's words, and std::bad_alloc where it had
+    /// too little memory to set itself up; asked again, tries again.
     static const LibXml2& Get();
 
     LibXml2(const LibXml2&) = delete;
@@ -72,7 +73,7 @@ public:
     }
 
 private:
-    LibXml2();
+    explicit LibXml2(const Platform::SharedLibrary& library);
 
     // Variables, or functions that tell where one is.
     xmlFreeFunc* _free = Find<xmlFreeFunc*>("xmlFree");

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "corvel/autocli/plugins/LibXml2.h"
+#include "corvel/autocli/plugins/XmlErrorWatch.h"
 #include "corvel/platform/RegularFile.h"
 
 namespace Corvel::AutoCli {
@@ -27,37 +28,6 @@ std::string_view View(const xmlChar* text) {
 std::string_view View(const xmlChar* begin, const xmlChar* end) {
     return {reinterpret_cast<const char*>(begin), static_cast<std::size_t>(end - begin)};
 }
-
-/// Whether an error is want of memory. A text beyond the limits of libxml2 2.9 has the same code.
-bool IsWantOfMemory(const xmlError& error) {
-    return error.code == XML_ERR_NO_MEMORY &&
-           View(reinterpret_cast<const xmlChar*>(error.message)).find("huge text node") ==
-               std::string_view::npos;
-}
-
-/// While it lives, libxml2 reports the errors of this thread here instead of to standard error. The
-/// parser's own switch for that is not enough: character decoders report past the parser.
-class ErrorWatch {
-public:
-    explicit ErrorWatch(const LibXml2& xml)
-        : _xml(xml), _previous(xml.GetErrorFunction()), _previousContext(xml.GetErrorContext()) {
-        // libxml2 2.12 made the error const; a generic function fits both.
-        _xml.xmlSetStructuredErrorFunc(this, [](void* watch, auto* error) {
-            static_cast<ErrorWatch*>(watch)->_outOfMemory |= IsWantOfMemory(*error);
-        });
-    }
-    ErrorWatch(const ErrorWatch&) = delete;
-    ErrorWatch& operator=(const ErrorWatch&) = delete;
-    ~ErrorWatch() { _xml.xmlSetStructuredErrorFunc(_previousContext, _previous); }
-
-    bool SawOutOfMemory() const { return _outOfMemory; }
-
-private:
-    const LibXml2& _xml;
-    xmlStructuredErrorFunc _previous;
-    void* _previousContext;
-    bool _outOfMemory = false;
-};
 
 struct FreeParser {
     void operator()(xmlParserCtxt* parser) const {
@@ -134,7 +104,7 @@ private:
     void AddDeclaredAttributes(const xmlChar* element);
 
     const LibXml2& _xml = LibXml2::Get();
-    const ErrorWatch _errors{_xml};  // before the parser: it watches the making of that, too
+    const XmlErrorWatch _errors{_xml};  // before the parser: it watches the making of that, too
     XmlHandler& _handler;
     std::exception_ptr _raised;
     Parser _parser;
