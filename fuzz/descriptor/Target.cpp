@@ -32,6 +32,10 @@ public:
     MemoryFile() : _descriptor(memfd_create("descriptor", MFD_CLOEXEC)) {
         Promise(_descriptor >= 0, "there is a file in memory");
     }
+    MemoryFile(const MemoryFile&) = delete;
+    MemoryFile& operator=(const MemoryFile&) = delete;
+    ~MemoryFile() { close(_descriptor); }
+
     void Write(const std::string& text) const {
         const bool isWritten =
             ftruncate(_descriptor, 0) == 0 &&

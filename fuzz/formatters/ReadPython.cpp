@@ -56,6 +56,9 @@ public:
         close(ends[1]);
         _socket = ends[0];
     }
+    Python(const Python&) = delete;
+    Python& operator=(const Python&) = delete;
+    ~Python() { close(_socket); }
 
     std::string Ask(const std::string& question) {
         auto size = static_cast<std::uint32_t>(question.size());
