@@ -42,6 +42,7 @@ GOALS = {EVERYTHING: 85, **{name: goal for name, (goal, _) in GROUPS.items()}}
 @dataclasses.dataclass
 class Result:
     number: int
+    name: str
     mutant: Mutant
     outcome: str = ""  # killed, timed out, survived, equivalent or no program
     by: str = ""
@@ -66,37 +67,42 @@ def all_places(tree: MutantTree) -> list[Mutant]:
     return found
 
 
-def sample(mutants: list[Mutant], size: int, seed: int, group: str, tree: MutantTree) -> list[Mutant]:
+def name_all(mutants: list[Mutant], tree: MutantTree) -> dict[str, Mutant]:
+    """Gives every mutant a name that says nothing about where in its file it is."""
+    named: dict[str, Mutant] = {}
+    for one in mutants:
+        name = f"{one.file}: {one.description(tree.original(one.file))}"
+        while name in named:
+            name += " (again)"
+        named[name] = one
+    return named
+
+
+def sample(named: dict[str, Mutant], size: int, seed: int, group: str) -> list[str]:
     """So many mutants of one group; or, of everything, three fifths from everywhere and the rest in equal
     parts from the other groups.
 
     Each mutant has its place in the order of a seed whatever the others are, so that a sample hardly changes
     when the library does.
     """
-    names: dict[str, Mutant] = {}
-    for one in mutants:
-        name = f"{seed} {one.file} {one.description(tree.original(one.file))}"
-        while name in names:
-            name += " again"
-        names[name] = one
-    rest = [one for _, one in sorted((hashlib.sha256(name.encode()).digest(), one) for name, one in names.items())]
+    rest = sorted(named, key=lambda name: hashlib.sha256(f"{seed} {name}".encode()).digest())
     if group != EVERYTHING:
-        return [one for one in rest if is_in(one, group)][:size]
+        return [name for name in rest if is_in(named[name], group)][:size]
     chosen = rest[: size * 3 // 5]
-    for at, name in enumerate(GROUPS):
+    for at, other in enumerate(GROUPS):
         taken = set(chosen)
         want = (size - len(chosen)) // (len(GROUPS) - at)
-        chosen += [one for one in rest if one not in taken and is_in(one, name)][:want]
+        chosen += [name for name in rest if name not in taken and is_in(named[name], other)][:want]
     return chosen
 
 
 class Session:
     """One sample, tried."""
 
-    def __init__(self, tree: MutantTree, results: list[Result]) -> None:
+    def __init__(self, tree: MutantTree, results: list[Result], seed: int) -> None:
         self._tree = tree
         self._results = results
-        self._done = 0
+        self._seed = seed
 
     def run(self) -> None:
         switched = [one for one in self._waiting() if not one.mutant.constant]
@@ -145,9 +151,8 @@ class Session:
 
     def _conclude(self, result: Result, outcome: str, by: str) -> None:
         result.outcome, result.by = outcome, by
-        self._done += 1
         left = len(self._waiting())
-        keep_results(self._results, self._tree)
+        keep(self._results, self._seed)
         if outcome in ("survived", "timed out"):
             print(f"{outcome} ({by}; {left} left): {describe(result.mutant, self._tree)}", flush=True)
 
@@ -219,26 +224,21 @@ def parse_arguments(words: list[str]) -> argparse.Namespace:
     return parser.parse_args(words)
 
 
-def keep_results(results: list[Result], tree: MutantTree) -> None:
-    """What is known so far, for whoever ends the run before its time."""
-    lines = [f"{one.outcome or 'not tried'}: {describe(one.mutant, tree)} {one.by}\n" for one in results]
-    (WORK / "results").write_text("".join(lines))
+def keep(results: list[Result], seed: int) -> None:
+    """What is known so far, for --survivors and for whoever ends the run before its time."""
+    outcomes = {one.name: [one.outcome, one.by] for one in results}
+    (WORK / "results.json").write_text(json.dumps({"seed": seed, "outcomes": outcomes}, indent=1))
 
 
-def load_survivors(mutants: list[Mutant], tree: MutantTree) -> list[Mutant]:
-    """Those that survived last time, wherever they have moved to."""
-    wanted = json.loads((WORK / "survivors.json").read_text())
-    named = {describe(one, tree).replace(f":{one.line}:", ":", 1): one for one in mutants}
-    return [named[name] for name in wanted if name in named]
-
-
-def keep_survivors(results: list[Result], tree: MutantTree) -> None:
-    named = [
-        describe(one.mutant, tree).replace(f":{one.mutant.line}:", ":", 1)
-        for one in results
-        if one.outcome == "survived"
-    ]
-    (WORK / "survivors.json").write_text(json.dumps(named, indent=1))
+def load(named: dict[str, Mutant]) -> tuple[int, list[Result]]:
+    """The seed and the results of the last run; who survived is to be tried again."""
+    kept = json.loads((WORK / "results.json").read_text())
+    results = []
+    for name, (outcome, by) in kept["outcomes"].items():
+        if name in named:
+            tried = outcome in ("killed", "timed out", "no program")
+            results.append(Result(len(results) + 1, name, named[name], outcome if tried else "", by))
+    return kept["seed"], results
 
 
 def main() -> int:
@@ -246,22 +246,24 @@ def main() -> int:
     WORK.mkdir(parents=True, exist_ok=True)
     tree = MutantTree(PROJECT, WORK)
     everything = all_places(tree)
+    named = name_all(everything, tree)
     equivalents = Equivalents(PROJECT / "tests/mutation/equivalent", everything, tree)
+    seed = arguments.seed
     if arguments.survivors:
-        chosen = load_survivors(everything, tree)
+        seed, results = load(named)
     else:
-        chosen = sample(everything, arguments.sample, arguments.seed, arguments.group, tree)
-    print(f"Seed {arguments.seed}: {len(chosen)} of {len(everything)} mutants", flush=True)
+        chosen = sample(named, arguments.sample, seed, arguments.group)
+        results = [Result(number, name, named[name]) for number, name in enumerate(chosen, 1)]
+    print(f"Seed {seed}: {len(results)} of {len(everything)} mutants", flush=True)
     if arguments.list:
-        print("\n".join(describe(one, tree) for one in chosen))
+        print("\n".join(describe(one.mutant, tree) for one in results))
         return 0
-    results = [Result(number, mutant) for number, mutant in enumerate(chosen, 1)]
     for result in results:
         if result.mutant in equivalents:
             result.outcome = "equivalent"
-    Session(tree, results).run()
+    Session(tree, results, seed).run()
 
-    keep_survivors(results, tree)
+    keep(results, seed)
     print("Survivors:")
     for result in results:
         if result.outcome == "survived":
@@ -271,7 +273,7 @@ def main() -> int:
     summaries = [Summary.of(name, results) for name in groups]
     print("\n".join(one.text() for one in summaries))
     if arguments.record:
-        record(summaries, arguments.seed)
+        record(summaries, seed)
     return 0 if all(one.share >= GOALS[one.group] for one in summaries) else 1
 
 

@@ -11,25 +11,39 @@
 #include "corvel/platform/Pipe.h"
 #include "tests/support/ProcessState.h"
 
+namespace Corvel::Testing {
+
 namespace {
 
 /// What happens when poll() has been called, which then waits for as long as it takes.
 std::function<void()> onPoll;
 
+/// How often a process was asked about.
+int waits = 0;
+
 }  // namespace
 
-extern "C" {
+// The linker puts these in front of the system's (--wrap).
+decltype(waitpid) RealWaitpid __asm__("__real_waitpid");
+decltype(waitpid) CountedWaitpid __asm__("__wrap_waitpid");
+decltype(poll) RealPoll __asm__("__real_poll");
+decltype(poll) HookedPoll __asm__("__wrap_poll");
 
-int __real_poll(pollfd* descriptors, nfds_t count, int milliseconds);
+[[gnu::used]] pid_t CountedWaitpid(pid_t pid, int* status, int options) {
+    ++waits;
+    return RealWaitpid(pid, status, options);
+}
 
-int __wrap_poll(pollfd* descriptors, nfds_t count, int milliseconds) {
+[[gnu::used]] int HookedPoll(pollfd* descriptors, nfds_t count, int milliseconds) {
     if (onPoll == nullptr) {
-        return __real_poll(descriptors, count, milliseconds);
+        return RealPoll(descriptors, count, milliseconds);
     }
     onPoll();
-    return __real_poll(descriptors, count, -1);
+    EXPECT_EQ(count, 1U);
+    return RealPoll(descriptors, 1, -1);
 }
-}
+
+}  // namespace Corvel::Testing
 
 namespace Corvel::Platform {
 
@@ -37,6 +51,8 @@ namespace {
 
 using Testing::HasChild;
 using Testing::Interruptions;
+using Testing::onPoll;
+using Testing::waits;
 
 constexpr std::array<int, 3> kOwnDescriptors = {0, 1, 2};
 
@@ -70,6 +86,22 @@ TEST(ChildProcess, WaitForAChildThatIsGoneLeavesTheStatusAlone) {
     int status = -1;
     EXPECT_EQ(child.Wait(status), ECHILD);
     EXPECT_EQ(status, -1);
+    signal(SIGCHLD, SIG_DFL);
+}
+
+TEST(ChildProcess, IsNotAskedAboutOnceItsEndIsKnown) {
+    // Its number may be that of another child by then.
+    for (const bool isIgnored : {false, true}) {
+        signal(SIGCHLD, isIgnored ? SIG_IGN : SIG_DFL);
+        {
+            ChildProcess child;
+            ASSERT_EQ(StartShell(child, "exit 9"), 0U);
+            int status = -1;
+            EXPECT_EQ(child.Wait(status), isIgnored ? ECHILD : 0);
+            waits = 0;
+        }
+        EXPECT_EQ(waits, 0) << isIgnored;
+    }
     signal(SIGCHLD, SIG_DFL);
 }
 

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <malloc.h>
 #include <string>
 #include <vector>
 
@@ -86,6 +87,28 @@ TEST_F(Nukuser, EnvironmentIsTheGivenOneOrTheCallers) {
     EXPECT_EQ(ReadAll(output), "given\ninherited\n");
 }
 
+TEST_F(Nukuser, MapIsReadNoFurtherThanItsCount) {
+    constexpr int kNone = -7;
+    const int around[] = {kNone, 0, output.writeEnd.Get(), 2, kNone};
+    const char* const arguments[] = {"/bin/echo", "text", nullptr};
+    int pid = -1;
+    EXPECT_EQ(NukuserCompat_ForkExec(
+                  arguments[0], arguments, nullptr, -1, around + 1, 3, -1, -1, 0, &pid),
+              0U);
+    EXPECT_EQ(waitpid(pid, nullptr, 0), pid);
+    EXPECT_EQ(ReadAll(output), "text\n");
+}
+
+TEST_F(Nukuser, LeavesNoMemoryBehind) {
+    const std::vector<int> map = {0, output.writeEnd.Get(), 2};
+    RunInShell(":", map);
+    const std::size_t before = mallinfo2().uordblks;
+    for (int i = 0; i < 10; ++i) {
+        RunInShell(":", map);
+    }
+    EXPECT_EQ(mallinfo2().uordblks, before);
+}
+
 TEST_F(Nukuser, FailuresAreStatusCodesAndStartNothing) {
     EXPECT_EQ(RunInShell(std::string(1 << 20, ':'), {0, 1, 2}), static_cast<std::uint64_t>(E2BIG));
     EXPECT_EQ(RunInShell("true", {-1, 1, 2}), static_cast<std::uint64_t>(EBADF));
@@ -138,6 +161,23 @@ TEST(NukuserDeathTest, MapsMayOverlap) {
             _exit(Permuted(each.map) == each.reached ? 0 : 1), testing::ExitedWithCode(0), "")
             << each.name;
     }
+}
+
+TEST(NukuserDeathTest, MapMayOverlapAndReachFarBeyond) {
+    const auto arrives = [] {
+        Pipe pipes[3];
+        for (Pipe& pipe : pipes) {
+            EXPECT_EQ(pipe.Open(), 0);
+        }
+        PutAt(0, pipes[0]);
+        PutAt(1, pipes[1]);
+        const int far = pipes[2].writeEnd.Get();
+        RunInShell("printf 0 >&0; printf 1 >&1; printf 2 >&2", {1, 0, far});
+        close(0);
+        close(1);
+        return ReadAll(pipes[0]) + ReadAll(pipes[1]) + ReadAll(pipes[2]);
+    };
+    EXPECT_EXIT(_exit(arrives() == "102" ? 0 : 1), testing::ExitedWithCode(0), "");
 }
 
 TEST(NukuserDeathTest, DescriptorThatKeepsItsNumberReachesTheChildDespiteCloseOnExec) {

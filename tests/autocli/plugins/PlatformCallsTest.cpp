@@ -11,8 +11,10 @@
 #include "corvel/metaobj/CorvelException.h"
 #include "corvel/platform/Platform.h"
 
-// What the library tells the host's process functions, whatever ours make of it: these stand in front
-// of them.
+// What the library tells the host's process functions, whatever ours make of it: the linker puts those
+// below in front of ours (--wrap).
+
+namespace Corvel::Testing {
 
 namespace {
 
@@ -38,29 +40,22 @@ TextCall lastText;
 
 }  // namespace
 
-extern "C" {
+decltype(NukuserCompat_ForkExec) ForkExec __asm__("__real_NukuserCompat_ForkExec");
+decltype(NukuserCompat_ForkExec) RecordForkExec __asm__("__wrap_NukuserCompat_ForkExec");
+decltype(NukuserStatus_CodeToString) CodeToString __asm__("__real_NukuserStatus_CodeToString");
+decltype(NukuserStatus_CodeToString) RecordCodeToString __asm__(
+    "__wrap_NukuserStatus_CodeToString");
 
-std::uint64_t __real_NukuserCompat_ForkExec(const char* path,
-                                            const char* const* argv,
-                                            const char* const* envp,
-                                            int resourcePool,
-                                            const int* descriptors,
-                                            std::size_t descriptorCount,
-                                            int userId,
-                                            int groupId,
-                                            int flags,
-                                            int* pid);
-
-std::uint64_t __wrap_NukuserCompat_ForkExec(const char* path,
-                                            const char* const* argv,
-                                            const char* const* envp,
-                                            int resourcePool,
-                                            const int* descriptors,
-                                            std::size_t descriptorCount,
-                                            int userId,
-                                            int groupId,
-                                            int flags,
-                                            int* pid) {
+[[gnu::used]] std::uint64_t RecordForkExec(const char* path,
+                                           const char* const* argv,
+                                           const char* const* envp,
+                                           int resourcePool,
+                                           const int* descriptors,
+                                           std::size_t descriptorCount,
+                                           int userId,
+                                           int groupId,
+                                           int flags,
+                                           int* pid) {
     lastStart = {path,
                  {},
                  envp != nullptr,
@@ -72,28 +67,21 @@ std::uint64_t __wrap_NukuserCompat_ForkExec(const char* path,
     for (const char* const* argument = argv; *argument != nullptr; ++argument) {
         lastStart.arguments.emplace_back(*argument);
     }
-    return __real_NukuserCompat_ForkExec(
+    return ForkExec(
         path, argv, envp, resourcePool, descriptors, descriptorCount, userId, groupId, flags, pid);
 }
 
-void __real_NukuserStatus_CodeToString(std::uint64_t code,
-                                       char* buffer,
-                                       std::size_t size,
-                                       int flags);
-
-void __wrap_NukuserStatus_CodeToString(std::uint64_t code,
-                                       char* buffer,
-                                       std::size_t size,
-                                       int flags) {
+[[gnu::used]] void RecordCodeToString(std::uint64_t code,
+                                      char* buffer,
+                                      std::size_t size,
+                                      int flags) {
     lastText = {code, size, flags};
-    __real_NukuserStatus_CodeToString(code, buffer, size, flags);
+    CodeToString(code, buffer, size, flags);
 }
-}
-
-namespace Corvel::AutoCli {
 
 namespace {
 
+using AutoCli::AutoCli_ShellCmd;
 using testing::ElementsAre;
 
 TEST(PlatformCalls, ShellStartsInTheCallersPlaceWithThreeDescriptors) {
@@ -126,4 +114,4 @@ TEST(PlatformCalls, TextOfAStatusIsAskedForWithoutFlags) {
 }
 
 }  // namespace
-}  // namespace Corvel::AutoCli
+}  // namespace Corvel::Testing
