@@ -26,5 +26,5 @@ function(corvel_configure_objects target)
                VISIBILITY_INLINES_HIDDEN ON)
   target_include_directories(${target} PRIVATE "${PROJECT_SOURCE_DIR}")
   target_link_libraries(${target} PRIVATE corvel_warnings corvel_instrumentation
-                                          corvel_hardening)
+                                          corvel_fuzz_instrumentation corvel_hardening)
 endfunction()

@@ -7,6 +7,17 @@ if(CORVEL_SANITIZE)
     corvel_instrumentation INTERFACE -fsanitize=${CORVEL_SANITIZE} -fno-sanitize-recover=all
                                      -fno-omit-frame-pointer)
   target_link_options(corvel_instrumentation INTERFACE -fsanitize=${CORVEL_SANITIZE})
+  if(CORVEL_SANITIZE MATCHES "address" AND CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+    # GCC defines it itself.
+    target_compile_definitions(corvel_instrumentation INTERFACE __SANITIZE_ADDRESS__=1)
+  endif()
+endif()
+
+# corvel_fuzz_instrumentation: how the code that fuzzers explore tells them where they have been.
+add_library(corvel_fuzz_instrumentation INTERFACE)
+
+if(CORVEL_BUILD_FUZZERS)
+  target_compile_options(corvel_fuzz_instrumentation INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
 if(CORVEL_COVERAGE)

@@ -16,8 +16,8 @@ test_packages=(
 )
 # What scripts/valgrind needs besides.
 valgrind_packages=(valgrind)
-# What fuzzing needs besides.
-fuzz_packages=(clang libclang-rt-14-dev python3)
+# What the preset asan needs besides, which builds the fuzzers and the benchmarks, too.
+asan_packages=(clang libbenchmark-dev libclang-rt-14-dev python3 rapidjson-dev valgrind)
 
 install_packages() {
     "$project/scripts/install-packages" "$@"

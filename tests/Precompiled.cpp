@@ -1,0 +1,1 @@
+// Nothing of its own: stands for the programs whose precompiled header this target makes.
