@@ -21,10 +21,11 @@ namespace {
 enum class Failing { Once, FromThenOn };
 
 #ifdef __SANITIZE_ADDRESS__
-/// The sanitizer may come second, frees what malloc made with delete, and returns null, too. Memory
-/// that nobody can reach in the end gives a status of its own.
+/// The sanitizer may come second, lets delete free what malloc made, and returns null, too. Memory that
+/// nobody can reach in the end gives a status of its own.
 constexpr const char* kSanitizer =
-    "ASAN_OPTIONS=verify_asan_link_order=0:alloc_dealloc_mismatch=0:allocator_may_return_null=1";
+    "ASAN_OPTIONS=exitcode=99:verify_asan_link_order=0:alloc_dealloc_mismatch=0:"
+    "allocator_may_return_null=1";
 #else
 constexpr const char* kSanitizer = "ASAN_OPTIONS=";
 #endif
@@ -93,7 +94,7 @@ protected:
     /// What is wrong with how it ended, or with what it left.
     /// @param descriptors  how many are left when nothing fails.
     std::string ComplaintAbout(const Ending& ending, std::uint32_t descriptors) const {
-        const std::string complaint = Complaint(TheScenario(), _whole, ending);
+        std::string complaint = Complaint(TheScenario(), _whole, ending);
         if (!complaint.empty() && ending != WithBareLoaderReason(_whole)) {
             return complaint;
         }

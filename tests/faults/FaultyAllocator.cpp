@@ -22,21 +22,29 @@
 
 #include "tests/faults/AllocationReport.h"
 
+// NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming): others chose the names
+extern "C" {
+void* __libc_malloc(std::size_t size);
+void* __libc_calloc(std::size_t count, std::size_t size);
+void* __libc_realloc(void* memory, std::size_t size);
+void* __libc_memalign(std::size_t alignment, std::size_t size);
+#ifdef CORVEL_IN_PLACE_OF_SANITIZER
+// Shells around the program have no sanitizer.
+[[gnu::weak]] void* __interceptor_malloc(std::size_t size);
+[[gnu::weak]] void* __interceptor_calloc(std::size_t count, std::size_t size);
+[[gnu::weak]] void* __interceptor_realloc(void* memory, std::size_t size);
+[[gnu::weak]] void* __interceptor_memalign(std::size_t alignment, std::size_t size);
+[[gnu::weak]] void __lsan_ignore_object(const void* memory);
+#endif
+}
+// NOLINTEND(bugprone-reserved-identifier,readability-identifier-naming)
+
 // The allocator in whose place this one comes.
 #ifdef CORVEL_IN_PLACE_OF_SANITIZER
-#define REAL(name) __interceptor_##name
+#define REAL(name) (__interceptor_##name != nullptr ? __interceptor_##name : __libc_##name)
 #else
 #define REAL(name) __libc_##name
 #endif
-
-// NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming): others chose the names
-extern "C" {
-void* REAL(malloc)(std::size_t size);
-void* REAL(calloc)(std::size_t count, std::size_t size);
-void* REAL(realloc)(void* memory, std::size_t size);
-void* REAL(memalign)(std::size_t alignment, std::size_t size);
-}
-// NOLINTEND(bugprone-reserved-identifier,readability-identifier-naming)
 
 namespace {
 
@@ -58,6 +66,7 @@ constinit State state = {};
 
 /// Whether this process is the program itself, and not a shell around it or a child of it.
 bool IsProgram() {
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): the auxiliary vector holds addresses as numbers
     const auto* const path = reinterpret_cast<const char*>(getauxval(AT_EXECFN));
     const char* const name = path == nullptr ? nullptr : std::strrchr(path, '/');
     return name != nullptr && std::strcmp(name, "/quorcli") == 0;
@@ -96,15 +105,14 @@ void SetUp() {
 }
 
 #ifdef CORVEL_IN_PLACE_OF_SANITIZER
-extern "C" void __lsan_ignore_object(const void* memory);
-
 /// What the system's loader asks for it keeps in places that the search for leaks does not know. The
 /// sanitizer knows the loader as a caller, but it sees us.
 void* KnownToTheLoader(void* memory, const void* caller) {
     constexpr std::uintptr_t kLoaderSize = 0x40000;
     const auto address = reinterpret_cast<std::uintptr_t>(caller);
     const std::uintptr_t loader = getauxval(AT_BASE);
-    if (memory != nullptr && address >= loader && address - loader < kLoaderSize) {
+    if (__lsan_ignore_object != nullptr && memory != nullptr && address >= loader &&
+        address - loader < kLoaderSize) {
         __lsan_ignore_object(memory);
     }
     return memory;
@@ -163,6 +171,7 @@ void* realloc(void* memory, std::size_t size) {
                        : KnownToTheLoader(REAL(realloc)(memory, size), __builtin_return_address(0));
 }
 
+// NOLINTNEXTLINE(readability-identifier-naming): the C library's name
 void* memalign(std::size_t alignment, std::size_t size) {
     return NextFails()
                ? nullptr
