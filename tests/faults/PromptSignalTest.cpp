@@ -3,10 +3,13 @@
 #include <signal.h>
 #include <sys/resource.h>
 
+#include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <functional>
 #include <map>
+#include <numeric>
 #include <string>
 #include <utility>
 #include <vector>
@@ -40,6 +43,16 @@ std::string Names(const std::vector<int>& signals) {
         names.append(names.empty() ? "" : " and ").append(sigabbrev_np(signal));
     }
     return names;
+}
+
+/// Of how many points in a row only one is tried: each time another one.
+int Stride() {
+    const char* text = std::getenv("CORVEL_PROMPT_STRIDE");
+    return text == nullptr ? 1 : std::max(1, std::atoi(text));
+}
+
+int FirstPoint(const std::vector<int>& signals) {
+    return std::accumulate(signals.begin(), signals.end(), 0) % Stride();
 }
 
 /// How many times something was tried, and where. It says so at its end.
@@ -77,7 +90,7 @@ protected:
                              const std::vector<int>& signals,
                              const std::function<void(PromptRun&)>& expect) {
         Tally tally(Names(signals));
-        for (int point = 0; !HasFailure(); ++point) {
+        for (int point = FirstPoint(signals); !HasFailure(); point += Stride()) {
             PromptRun run(program);
             if (!run.TakeTo(point)) {
                 EXPECT_GT(point, 10);
@@ -103,14 +116,14 @@ protected:
                                     int second,
                                     const std::function<void(PromptRun&)>& expect) {
         Tally tally(Names({first}) + ", later " + Names({second}));
-        for (int calls = 0, done = calls; done == calls && !HasFailure(); ++calls) {
+        bool isThere = true;
+        for (int calls = FirstPoint({first, second}); isThere && !HasFailure(); calls += Stride()) {
             PromptRun run(GetParam());
             run.TakeToReading();
             run.Send({first});
             run.Continue();
-            done = 0;
-            while (done <= calls && run.TakeOneCall()) {
-                ++done;
+            for (int i = 0; i <= calls && isThere; ++i) {
+                isThere = run.TakeOneCall();
             }
             tally.Add("while it takes its effect");
             SCOPED_TRACE(Names({first, second}) + " " + std::to_string(calls) + " calls later");
