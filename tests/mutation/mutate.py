@@ -71,9 +71,9 @@ def name_all(mutants: list[Mutant], tree: MutantTree) -> dict[str, Mutant]:
     """Gives every mutant a name that says nothing about where in its file it is."""
     named: dict[str, Mutant] = {}
     for one in mutants:
-        name = f"{one.file}: {one.description(tree.original(one.file))}"
+        name = f"{one.file} {one.description(tree.original(one.file))}"
         while name in named:
-            name += " (again)"
+            name += " again"
         named[name] = one
     return named
 

@@ -175,9 +175,9 @@ TEST(NukuserDeathTest, MapMayOverlapAndReachFarBeyond) {
         RunInShell("printf 0 >&0; printf 1 >&1; printf 2 >&2", {1, 0, far});
         close(0);
         close(1);
-        return ReadAll(pipes[0]) + ReadAll(pipes[1]) + ReadAll(pipes[2]);
+        return ReadAll(pipes[0]) + ' ' + ReadAll(pipes[1]) + ' ' + ReadAll(pipes[2]);
     };
-    EXPECT_EXIT(_exit(arrives() == "102" ? 0 : 1), testing::ExitedWithCode(0), "");
+    EXPECT_EXIT(_exit(arrives() == "1 0 2" ? 0 : 1), testing::ExitedWithCode(0), "");
 }
 
 TEST(NukuserDeathTest, DescriptorThatKeepsItsNumberReachesTheChildDespiteCloseOnExec) {

@@ -131,23 +131,25 @@ struct Number {
     unsigned long magnitude = 0;
 };
 
-Number ReadSigned(long value, PrintfFormat::Length length) {
+long CutSigned(long value, PrintfFormat::Length length) {
     switch (length) {
         case PrintfFormat::Length::Char:
             // NOLINTNEXTLINE(bugprone-signed-char-misuse): a number, whose sign is to be kept
-            value = static_cast<signed char>(value);
-            break;
+            return static_cast<signed char>(value);
         case PrintfFormat::Length::Short:
-            value = static_cast<short>(value);
-            break;
+            return static_cast<short>(value);
         case PrintfFormat::Length::Int:
-            value = static_cast<int>(value);
-            break;
+            return static_cast<int>(value);
         case PrintfFormat::Length::Long:
             break;
     }
-    const auto bits = static_cast<unsigned long>(value);
-    return value < 0 ? Number{true, 0 - bits} : Number{false, bits};
+    return value;
+}
+
+Number ReadSigned(long value, PrintfFormat::Length length) {
+    const long cut = CutSigned(value, length);
+    const auto bits = static_cast<unsigned long>(cut);
+    return cut < 0 ? Number{true, 0 - bits} : Number{false, bits};
 }
 
 unsigned long ReadUnsigned(long value, PrintfFormat::Length length) {
