@@ -1,5 +1,6 @@
 #include <errno.h>
 #include <fcntl.h>
+#include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -85,6 +86,22 @@ TEST_F(Nukuser, EnvironmentIsTheGivenOneOrTheCallers) {
     EXPECT_EQ(RunInShell("echo $A", {0, output.writeEnd.Get(), 2}), 0U);
     unsetenv("A");
     EXPECT_EQ(ReadAll(output), "given\ninherited\n");
+}
+
+TEST_F(Nukuser, ChildHasNoSignalBlockedAndTheDefaultForSigpipe) {
+    sigset_t blocked;
+    sigemptyset(&blocked);
+    sigaddset(&blocked, SIGUSR1);
+    pthread_sigmask(SIG_BLOCK, &blocked, nullptr);
+    signal(SIGPIPE, SIG_IGN);
+    const std::string status = "sed -n 's/^Sig\\(Blk\\|Ign\\):.//p' /proc/$$/status";
+    EXPECT_EQ(RunInShell(status, {0, output.writeEnd.Get(), 2}), 0U);
+    signal(SIGPIPE, SIG_DFL);
+    pthread_sigmask(SIG_UNBLOCK, &blocked, nullptr);
+    const std::string masks = ReadAll(output);
+    const std::size_t lineEnd = masks.find('\n');
+    EXPECT_EQ(masks.substr(0, lineEnd), "0000000000000000");
+    EXPECT_EQ(std::stoull(masks.substr(lineEnd), nullptr, 16) & 1U << (SIGPIPE - 1), 0U) << masks;
 }
 
 TEST_F(Nukuser, MapIsReadNoFurtherThanItsCount) {
