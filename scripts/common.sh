@@ -32,3 +32,16 @@ build_preset() {
     [ -e "build/$preset/build.ninja" ] || cmake --preset "$preset" >&2
     cmake --build --preset "$preset" ${1:+--target "$@"} -- -j"$(nproc)" >&2
 }
+
+# record_row HEADING ROW: adds a row at the end of the table that stands under the heading in
+# docs/soak.md.
+record_row() {
+    local document=$project/docs/soak.md new
+    new=$(heading="## $1" row=$2 awk '
+        $0 == ENVIRON["heading"] { isUnder = 1 }
+        isInTable && !/^[|]/ { print ENVIRON["row"]; isInTable = isUnder = 0 }
+        isUnder && /^[|]/ { isInTable = 1 }
+        { print }
+        END { if (isInTable) print ENVIRON["row"] }' "$document")
+    printf '%s\n' "$new" >"$document"
+}
