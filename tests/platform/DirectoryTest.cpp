@@ -76,8 +76,11 @@ TEST_F(DirectoryTest, MissingOnesAndFilesAreNotOpened) {
 }
 
 TEST_F(DirectoryTest, WithoutDescriptorsNobodyKnowsWhetherItIsThere) {
+    // Nothing of this object is used meanwhile: to look at it, the sanitizer of clang needs descriptors.
+    const std::string path = _directory.Path().string();
+    auto names = _names;
     const Testing::DescriptorLimit none(3);
-    EXPECT_EQ(Read(), DirectoryReading::OutOfReach);
+    EXPECT_EQ(ReadDirectory(path, names), DirectoryReading::OutOfReach);
 }
 
 TEST_F(DirectoryTest, FailureWhileReadingIsNoEnd) {
