@@ -23,7 +23,7 @@ namespace Corvel::Scale {
 
 namespace {
 
-// For the sanitizers, which keep what is freed, up to a limit.
+// For the sanitizers, which keep what is freed, up to a limit, and are slow with large pieces.
 constexpr Sizes kSmall = {.items = 10'000,
                           .depth = 100'000,
                           .indentedDepth = 1'000,
@@ -32,7 +32,8 @@ constexpr Sizes kSmall = {.items = 10'000,
                           .text = 1'000'000,
                           .descriptors = 100,
                           .inputLines = 2'000,
-                          .isExact = false,
+                          .linearGrowth = 7,
+                          .orderedGrowth = 7,
                           .megabytesOfNoise = 512};
 constexpr Sizes kUsual = {.items = 100'000,
                           .depth = 100'000,
@@ -42,7 +43,8 @@ constexpr Sizes kUsual = {.items = 100'000,
                           .text = 1'000'000,
                           .descriptors = 2'000,
                           .inputLines = 20'000,
-                          .isExact = false,
+                          .linearGrowth = 2,
+                          .orderedGrowth = 3,
                           .megabytesOfNoise = 8};
 constexpr Sizes kFull = {.items = 1'000'000,
                          .depth = 100'000,
@@ -52,7 +54,8 @@ constexpr Sizes kFull = {.items = 1'000'000,
                          .text = 1'000'000,
                          .descriptors = 10'000,
                          .inputLines = 1'000'000,
-                         .isExact = true,
+                         .linearGrowth = 1.2,
+                         .orderedGrowth = 2,
                          .megabytesOfNoise = 8};
 
 /// What a time may be off, whatever it is of.
@@ -131,10 +134,7 @@ double AllowedGrowth(Growth growth) {
     if (growth == Growth::Free) {
         return 1e9;
     }
-    if (ChosenSizes().isExact) {
-        return growth == Growth::Linear ? 1.2 : 2;
-    }
-    return growth == Growth::Linear ? 2 : 3;
+    return growth == Growth::Linear ? ChosenSizes().linearGrowth : ChosenSizes().orderedGrowth;
 }
 
 /// How much more one item takes among ten times as many.

@@ -23,8 +23,9 @@ struct Sizes {
     std::size_t text;
     std::size_t descriptors;
     std::size_t inputLines;
-    /// Whether growth is judged closely.
-    bool isExact;
+    /// How much more an item may take among ten times as many; a square takes 10 times as much.
+    double linearGrowth;
+    double orderedGrowth;
     /// What a peak may be off, whatever it is of.
     double megabytesOfNoise;
 };
