@@ -164,7 +164,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
                             }),
             "a refusal names a parameter whose value stands in the line");
     if (refusal.empty()) {
-        Promise(reading.feeders.size() == ReadShellLine(LineOf(parts, true)).feeders.size(),
+        // An empty one may take one away: that between ; and ; is gone where ;; remains.
+        Promise(reading.feeders.size() <= ReadShellLine(LineOf(parts, true)).feeders.size(),
                 "values that are let through add no command");
     }
     CheckPlainLine(parts, !refusal.empty());
