@@ -140,6 +140,10 @@ void ShellScanner::EndWord() {
 }
 
 void ShellScanner::EndDelimiter(const ShellWord& word) {
+    if (Top().announced.empty()) {
+        DoubtTheRest();  // the line of the << has ended before: no shell takes this for its delimiter
+        return;
+    }
     ShellHereDocument& document = Top().announced.back();
     document.delimiter = word.text;
     document.isQuoted = !word.isPlain;

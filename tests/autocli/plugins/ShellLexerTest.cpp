@@ -554,6 +554,13 @@ TEST(ShellLexer, GroupsHandOnTheirHereDocumentsInOrder) {
     EXPECT_EQ(read.words.back().place, ShellPlace::Command);
 }
 
+TEST(ShellLexer, HereDocumentWhoseDelimiterIsMissingIsDoubtful) {
+    const ShellLine read = ReadShellLine("case a <<\n\nword rest");
+    ASSERT_EQ(read.bytes.size(), std::string("case a <<\n\nword rest").size());
+    EXPECT_FALSE(read.bytes.front().isDoubtful);
+    EXPECT_TRUE(read.bytes.back().isDoubtful);
+}
+
 TEST(ShellLexer, AnyNestingTakesLittleTime) {
     constexpr std::size_t kDepth = 100000;
     for (const std::string opening :
