@@ -69,7 +69,7 @@ private:
         } else if (IsOneOf("\n;&|", c)) {
             EndWord();
             _isBehindName = false;
-            Say('o');
+            Say(IsJoinedWith(c) ? 't' : 'o');
         } else if (c == '\\') {
             ReadBackslash();
         } else if (c == '\'') {
@@ -95,9 +95,24 @@ private:
         }
     }
 
-    /// Whether $, < or > and what follows are joined over it differs from shell to shell.
+    bool IsBehindOperator() const {
+        return !_reading.roles.empty() && IsOneOf("ot", _reading.roles.back());
+    }
+
+    bool IsJoinedWith(char c) const {
+        constexpr std::string_view kOperators = "&& || |& ;; ;& ;|";
+        return IsBehindOperator() && c != ' ' &&
+               kOperators.find(std::string{Before(), c}) != std::string_view::npos;
+    }
+
+    /// Whether $, < or > and what follows are joined over it differs from shell to shell, and whether
+    /// two operators are.
     void ReadContinuation() {
-        if (IsOneOf("$<>", Before())) {
+        std::size_t behind = 0;
+        while (At(behind) == '\\' && At(behind + 1) == '\n') {
+            behind += 2;
+        }
+        if (IsOneOf("$<>", Before()) || IsJoinedWith(At(behind))) {
             Stop();
         } else {
             _reading.roles += "cc";

@@ -13,7 +13,7 @@ struct PlainReading {
     ///   b  a blank between words            e  a backslash before data
     ///   o  one of ; & | and the newline     c  one of a backslash and a newline, which disappear
     ///   #  of a comment                     ~  what may become a home directory
-    ///   h  a # behind what may be a blank to some shell
+    ///   t  the second of && || |&          h  a # behind what may be a blank to some shell
     std::string roles;
     /// Nothing else stands in the line: no expansion, group, redirection or end of a case.
     bool isWhole = true;

@@ -1,7 +1,7 @@
 // A command template with the values of a call, before a shell gets it. Where the line holds nothing
 // but quotes, backslashes, comments and separators, the guard lets through exactly what is data to a
-// slow reading of its own. Whatever the line holds, values that it lets through add no command, a line
-// without values is never refused, nor is one with harmless values.
+// slow reading of its own. Whatever the line holds, values that it lets through leave it with as many
+// commands, a line without values is never refused, nor is one with harmless values.
 //
 // The input: the template, then a section "name=value" for each value given.
 
@@ -164,9 +164,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
                             }),
             "a refusal names a parameter whose value stands in the line");
     if (refusal.empty()) {
-        // An empty one may take one away: that between ; and ; is gone where ;; remains.
-        Promise(reading.feeders.size() <= ReadShellLine(LineOf(parts, true)).feeders.size(),
-                "values that are let through add no command");
+        Promise(reading.feeders.size() == ReadShellLine(LineOf(parts, true)).feeders.size(),
+                "values that are let through make no command more and none less");
     }
     CheckPlainLine(parts, !refusal.empty());
     return 0;

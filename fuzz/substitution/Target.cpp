@@ -7,6 +7,7 @@
 #include <array>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "corvel/corvel.h"
@@ -24,20 +25,24 @@ struct Declaration {
     const char* name;
     ParameterType type;
 };
-/// In the order of names, which is the order of substitution.
-constexpr std::array<Declaration, 6> kDeclarations{{
+constexpr std::string_view kHelp = "help";
+/// In the order of substitution: that of names, and then what every command has.
+constexpr std::array<Declaration, 7> kDeclarations{{
     {"a-1", ParameterType::Int},
     {"aa", ParameterType::String},
     {"bb", ParameterType::String},
     {"ff", ParameterType::Flag},
     {"ll", ParameterType::StringList},
     {"mm", ParameterType::IntList},
+    {"help", ParameterType::Bool},
 }};
 
 std::shared_ptr<CallSpec::InputSpec> Declare() {
     auto inputSpec = CallSpec::InputSpec::New();
-    for (const Declaration& declaration : kDeclarations) {
-        inputSpec->AddParameter(CallSpec::ParameterSpec::New(declaration.name, declaration.type));
+    for (const auto& [name, type] : kDeclarations) {
+        if (name != kHelp) {
+            inputSpec->AddParameter(CallSpec::ParameterSpec::New(name, type));
+        }
     }
     return inputSpec;
 }
@@ -84,15 +89,14 @@ void CheckTextRules(const std::string& text) {
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::vector<std::string> sections = SplitSections(ToText(data, size), 1);
     const std::string& text = sections.front();
-    const std::shared_ptr<CallSpec::InputSpec> inputSpec = Declare();
     auto input = CallSpec::Input::New();
     for (std::size_t i = 1; i < sections.size(); ++i) {
         const auto [name, value] = SplitPair(sections[i]);
         input->AddParameter(name, value);
     }
-    input->SetInputSpec(inputSpec);
     auto command = AutoCli::ExtensionCommand::New();
-    command->SetInputSpec(inputSpec);
+    command->SetInputSpec(Declare());
+    input->SetInputSpec(command->GetInputSpec());
     command->SetExecuteCommand(text);
     command->SetStdin(text);
 

@@ -112,6 +112,7 @@ bool IsData(char c, const Meaning& meaning, const Meaning& harmless) {
         case ShellRole::Comment:
             return harmless.role == ShellRole::Comment;
         case ShellRole::Operator:
+        case ShellRole::OperatorTail:
         case ShellRole::Quote:
         case ShellRole::Expansion:
         case ShellRole::Tilde:

@@ -9,8 +9,8 @@ namespace Corvel::AutoCli {
 /// The line is read twice: as it is, and with a harmless word in the place of every value. It is
 /// refused unless
 /// - the bytes of the template mean the same both times: no value takes a quote of the template away,
-///   makes another word the command, starts a comment, an assignment, a redirection or an option
-///   behind which a shell finds code;
+///   makes another word the command, lets two operators become one, starts a comment, an assignment,
+///   a redirection or an option behind which a shell finds code;
 /// - each byte of a value stands for itself there, or parts words, or is the backslash of one that
 ///   stands for itself. File name patterns stay patterns;
 /// - inside an expansion ($(..), `..`, ${..}, $((..))), in a here-document, behind eval, sh -c and

@@ -123,7 +123,7 @@ void Lexer::ReadSeparator(char c) {
     const bool isDouble =
         isCaseEnd || (c == '&' && next == '&') || (c == '|' && (next == '|' || next == '&'));
     const bool isTriple = isCaseEnd && next == ';' && Peek(2) == '&';
-    Emit(ShellRole::Operator, isTriple ? 3 : isDouble ? 2 : 1);
+    EmitOperator(isTriple ? 3 : isDouble ? 2 : 1);
     if (isCaseEnd) {
         Top().grammar.EndCaseItem();
     } else {
@@ -136,7 +136,7 @@ void Lexer::ReadSeparator(char c) {
 void Lexer::OpenParenthesis() {
     if (Top().grammar.IsInPattern()) {
         EndWord();
-        Emit(ShellRole::Operator);
+        EmitOperator();
         return Top().grammar.OpenPattern();
     }
     const bool isFunction = Word() != nullptr && Peek(1) == ')';
@@ -145,16 +145,16 @@ void Lexer::OpenParenthesis() {
     }
     EndWord();
     Push(Kind::Group);
-    Emit(ShellRole::Operator);
+    EmitOperator();
 }
 
 void Lexer::CloseParenthesis() {
     EndWord();
     if (Top().grammar.IsInPattern()) {
-        Emit(ShellRole::Operator);
+        EmitOperator();
         Top().grammar.EndPattern();
     } else if (IsIn(Kind::Group)) {
-        Emit(ShellRole::Operator);
+        EmitOperator();
         Pop();
         Top().grammar.EndGroup();
     } else if (IsIn(Kind::Substitution)) {
@@ -163,7 +163,7 @@ void Lexer::CloseParenthesis() {
         }
         Close(1);
     } else {
-        Emit(ShellRole::Operator);
+        EmitOperator();
     }
 }
 
@@ -179,7 +179,7 @@ void Lexer::ReadRedirection(char c) {
         DoubtTheRest();
     }
     const bool isDouble = next == c || next == '&' || next == (c == '<' ? '>' : '|');
-    Emit(ShellRole::Operator, dropsTabs ? 3 : isDouble ? 2 : 1);
+    EmitOperator(dropsTabs ? 3 : isDouble ? 2 : 1);
     if (isDocument) {
         Top().announced.push_back({{}, false, dropsTabs});
     }

@@ -11,7 +11,8 @@ namespace Corvel::AutoCli {
 enum class ShellRole : std::uint8_t {
     Data,          // part of a word, as it stands
     Blank,         // parts words
-    Operator,      // ; & | ( ) < > and the newline
+    Operator,      // ; & | ( ) < > and the newline: the first byte of one
+    OperatorTail,  // the others of ;; && << and the like
     Quote,         // begins or ends '..' or "..", or ends a here-document
     Escape,        // a backslash that makes the byte behind it data
     Continuation,  // a backslash and a newline, which both disappear

@@ -75,10 +75,19 @@ void ShellQuoting::ReadBackslashInDoubleQuotes() {
 
 void ShellQuoting::ReadContinuation() {
     // Some shells join $ and ( over it, or < and <, and some do not.
-    if (Position() > 0 && (Before() == '$' || Before() == '<' || Before() == '>')) {
+    if ((Position() > 0 && (Before() == '$' || Before() == '<' || Before() == '>')) ||
+        (IsBehindOperator() && ContinuesOperator(BehindContinuations()))) {
         DoubtTheRest();
     }
     Emit(ShellRole::Continuation, 2);
+}
+
+char ShellQuoting::BehindContinuations() const {
+    std::size_t ahead = 0;
+    while (Peek(ahead) == '\\' && Peek(ahead + 1) == '\n') {
+        ahead += 2;
+    }
+    return Peek(ahead);
 }
 
 void ShellQuoting::ReadDollar() {

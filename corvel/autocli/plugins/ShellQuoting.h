@@ -26,6 +26,7 @@ protected:
     void ReadContinuation();
 
 private:
+    char BehindContinuations() const;
     void ReadBackslashInDoubleQuotes();
     void ReadVariable();
     void ReadParameterHead(char c);

@@ -16,6 +16,29 @@ bool IsReadDifferently(const ShellWord& word) {
            std::find(kWords.begin(), kWords.end(), word.text) != kWords.end();
 }
 
+/// Whether the second can stand right behind the first in an operator of some shell.
+bool IsTailOf(char first, char second) {
+    const auto isOneOf = [second](std::string_view tails) {
+        return second != '\0' && tails.find(second) != std::string_view::npos;
+    };
+    switch (first) {
+        case ';':
+            return isOneOf(";&|");
+        case '&':
+            return isOneOf("&>");
+        case '|':
+            return isOneOf("|&");
+        case '<':
+            return isOneOf("<>&(-");
+        case '>':
+            return isOneOf(">&|(");
+        case '(':
+            return isOneOf("(");
+        default:
+            return false;
+    }
+}
+
 }  // namespace
 
 ShellScanner::ShellScanner(std::string_view line) : _line(line), _limit(line.size()) {
@@ -67,6 +90,21 @@ void ShellScanner::Emit(ShellRole role, std::size_t count) {
     while (_position < end) {
         _read.bytes[_position++] = byte;
     }
+}
+
+void ShellScanner::EmitOperator(std::size_t count) {
+    for (; count > 0; --count) {
+        Emit(ContinuesOperator(Peek()) ? ShellRole::OperatorTail : ShellRole::Operator);
+    }
+}
+
+bool ShellScanner::IsBehindOperator() {
+    return _position > 0 && (ReadBefore().role == ShellRole::Operator ||
+                             ReadBefore().role == ShellRole::OperatorTail);
+}
+
+bool ShellScanner::ContinuesOperator(char c) {
+    return IsBehindOperator() && IsTailOf(Before(), c);
 }
 
 void ShellScanner::EmitData() {

@@ -94,6 +94,11 @@ protected:
     void DoubtTheRest() { _isDoubtful = true; }
 
     void Emit(ShellRole role, std::size_t count = 1);
+    void EmitOperator(std::size_t count = 1);
+    /// Whether the byte before this one is an operator, or ends one.
+    bool IsBehindOperator();
+    /// Whether some shell makes one operator of the byte before this one and c.
+    bool ContinuesOperator(char c);
     /// One byte that is part of a word as it stands.
     void EmitData();
     void EmitEscaped();
