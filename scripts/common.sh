@@ -12,7 +12,8 @@ build_packages=(
 example_packages=(coreutils iproute2 mawk procps util-linux)
 # What the tests run besides.
 test_packages=(
-    abigail-tools bash binutils busybox dash libclang-common-14-dev libxml2-utils mksh python3 python3-clang-14 strace
+    abigail-tools bash binutils busybox dash libclang-common-14-dev liblsan0 libxml2-utils mksh python3
+    python3-clang-14 strace
 )
 # What scripts/valgrind needs besides.
 valgrind_packages=(valgrind)

@@ -20,15 +20,7 @@ namespace {
 /// How many allocations fail: one, or that one and all behind it.
 enum class Failing { Once, FromThenOn };
 
-#ifdef __SANITIZE_ADDRESS__
-/// The sanitizer may come second, lets delete free what malloc made, and returns null, too. Memory that
-/// nobody can reach in the end gives a status of its own.
-constexpr const char* kSanitizer =
-    "ASAN_OPTIONS=exitcode=99:verify_asan_link_order=0:alloc_dealloc_mismatch=0:"
-    "allocator_may_return_null=1";
-#else
-constexpr const char* kSanitizer = "ASAN_OPTIONS=";
-#endif
+constexpr int kStatusOfALeak = 99;
 
 /// The C++ runtime's reserve for the making of exceptions is the first allocation. Where neither it
 /// nor any other can be had, what fails cannot be told.
@@ -67,19 +59,23 @@ Ending WithBareLoaderReason(Ending ending) {
     return ending;
 }
 
+/// Memory that nobody can reach in the end gives a status of its own.
 /// @param number  of the allocation that fails; with 0 none does.
 Ending RunFaulty(const Scenario& scenario,
                  Failing failing,
                  std::uint64_t number,
-                 AllocationReportFile& report) {
+                 AllocationReportFile& report,
+                 const std::string& further = "CORVEL=") {
     report.Clear();
     const std::string variable =
         failing == Failing::Once ? "CORVEL_ALLOCATION_FAILS=" : "CORVEL_ALLOCATIONS_FAIL=";
-    return RunScenario(scenario,
-                       {.environment = {"LD_PRELOAD=" CORVEL_FAULTY_ALLOCATOR,
-                                        kSanitizer,
-                                        "CORVEL_ALLOCATION_REPORT=" + report.Path(),
-                                        variable + std::to_string(number)}});
+    return RunScenario(
+        scenario,
+        {.environment = {"LD_PRELOAD=" CORVEL_FAULTY_ALLOCATOR ":" CORVEL_LEAK_SEARCH,
+                         "LSAN_OPTIONS=exitcode=" + std::to_string(kStatusOfALeak),
+                         "CORVEL_ALLOCATION_REPORT=" + report.Path(),
+                         variable + std::to_string(number),
+                         further}});
 }
 
 class AllocationFaults : public testing::TestWithParam<std::tuple<Scenario, Failing>> {
@@ -171,6 +167,15 @@ TEST(AllocationFaultsWhileLoading, ValuesThatCannotBeMadeThenAreMadeLater) {
         EXPECT_EQ(RunFaulty(scenario, Failing::Once, number, report), whole) << number;
         EXPECT_EQ(report.Get().failed, 1U) << number;
     }
+}
+
+TEST(AllocationFaultsBesideALeak, ItIsFound) {
+    AllocationReportFile report;
+    const Scenario scenario = {"help", {"quorcli", "command", "list", "--help"}};
+    const Ending ending =
+        RunFaulty(scenario, Failing::Once, 0, report, "CORVEL_ALLOCATION_LEAKS=yes");
+    EXPECT_EQ(ending.status, kStatusOfALeak) << ending;
+    EXPECT_NE(Complaint(scenario, RunScenario(scenario), ending), "");
 }
 
 INSTANTIATE_TEST_SUITE_P(Quorcli,

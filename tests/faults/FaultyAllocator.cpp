@@ -1,8 +1,10 @@
-// Preloaded into quorcli: allocations fail. Children of the program are spared.
+// Preloaded into quorcli, before the search for leaks: allocations fail. Children of the program are
+// spared.
 //
 // CORVEL_ALLOCATION_REPORT   the file of an AllocationReport
 // CORVEL_ALLOCATION_FAILS    the number of the one that fails, the first is 1; none where it is not set
 // CORVEL_ALLOCATIONS_FAIL    the same, and all behind it fail, too
+// CORVEL_ALLOCATION_LEAKS    where it is set, some memory is lost
 //
 // The first that counts is the first one after the C library has its environment. Before that the
 // system's loader maps what the program links, from memory of its own for the most part.
@@ -24,27 +26,15 @@
 
 // NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming): others chose the names
 extern "C" {
-void* __libc_malloc(std::size_t size);
-void* __libc_calloc(std::size_t count, std::size_t size);
-void* __libc_realloc(void* memory, std::size_t size);
-void* __libc_memalign(std::size_t alignment, std::size_t size);
-#ifdef CORVEL_IN_PLACE_OF_SANITIZER
-// Shells around the program have no sanitizer.
-[[gnu::weak]] void* __interceptor_malloc(std::size_t size);
-[[gnu::weak]] void* __interceptor_calloc(std::size_t count, std::size_t size);
-[[gnu::weak]] void* __interceptor_realloc(void* memory, std::size_t size);
-[[gnu::weak]] void* __interceptor_memalign(std::size_t alignment, std::size_t size);
-[[gnu::weak]] void __lsan_ignore_object(const void* memory);
-#endif
+// Of the search for leaks, which is preloaded behind this file.
+void* __interceptor_malloc(std::size_t size);
+void* __interceptor_calloc(std::size_t count, std::size_t size);
+void* __interceptor_realloc(void* memory, std::size_t size);
+void* __interceptor_memalign(std::size_t alignment, std::size_t size);
+void __lsan_ignore_object(const void* memory);
+int __lsan_is_turned_off();
 }
 // NOLINTEND(bugprone-reserved-identifier,readability-identifier-naming)
-
-// The allocator in whose place this one comes.
-#ifdef CORVEL_IN_PLACE_OF_SANITIZER
-#define REAL(name) (__interceptor_##name != nullptr ? __interceptor_##name : __libc_##name)
-#else
-#define REAL(name) __libc_##name
-#endif
 
 namespace {
 
@@ -101,27 +91,23 @@ void SetUp() {
         state.first = Number("CORVEL_ALLOCATIONS_FAIL");
         state.last = state.first == 0 ? 0 : UINT64_MAX;
     }
+    if (std::getenv("CORVEL_ALLOCATION_LEAKS") != nullptr) {
+        static_cast<void>(__interceptor_malloc(1));
+    }
     unsetenv("LD_PRELOAD");
 }
 
-#ifdef CORVEL_IN_PLACE_OF_SANITIZER
-/// What the system's loader asks for it keeps in places that the search for leaks does not know. The
-/// sanitizer knows the loader as a caller, but it sees us.
+/// What the system's loader asks for it keeps in places that the search for leaks does not know. That
+/// knows the loader as a caller, but it sees us.
 void* KnownToTheLoader(void* memory, const void* caller) {
     constexpr std::uintptr_t kLoaderSize = 0x40000;
     const auto address = reinterpret_cast<std::uintptr_t>(caller);
     const std::uintptr_t loader = getauxval(AT_BASE);
-    if (__lsan_ignore_object != nullptr && memory != nullptr && address >= loader &&
-        address - loader < kLoaderSize) {
+    if (memory != nullptr && address >= loader && address - loader < kLoaderSize) {
         __lsan_ignore_object(memory);
     }
     return memory;
 }
-#else
-void* KnownToTheLoader(void* memory, const void* /*caller*/) {
-    return memory;
-}
-#endif
 
 /// Counts one more. @return whether it fails.
 bool NextFails() {
@@ -156,26 +142,33 @@ bool NextFails() {
 
 extern "C" {
 
+// NOLINTNEXTLINE(bugprone-reserved-identifier,readability-identifier-naming): it is asked for by this name
+int __lsan_is_turned_off() {
+    return state.isProgram ? 0 : 1;
+}
+
 void* malloc(std::size_t size) {
     return NextFails() ? nullptr
-                       : KnownToTheLoader(REAL(malloc)(size), __builtin_return_address(0));
+                       : KnownToTheLoader(__interceptor_malloc(size), __builtin_return_address(0));
 }
 
 void* calloc(std::size_t count, std::size_t size) {
-    return NextFails() ? nullptr
-                       : KnownToTheLoader(REAL(calloc)(count, size), __builtin_return_address(0));
+    return NextFails()
+               ? nullptr
+               : KnownToTheLoader(__interceptor_calloc(count, size), __builtin_return_address(0));
 }
 
 void* realloc(void* memory, std::size_t size) {
-    return NextFails() ? nullptr
-                       : KnownToTheLoader(REAL(realloc)(memory, size), __builtin_return_address(0));
+    return NextFails()
+               ? nullptr
+               : KnownToTheLoader(__interceptor_realloc(memory, size), __builtin_return_address(0));
 }
 
 // NOLINTNEXTLINE(readability-identifier-naming): the C library's name
 void* memalign(std::size_t alignment, std::size_t size) {
-    return NextFails()
-               ? nullptr
-               : KnownToTheLoader(REAL(memalign)(alignment, size), __builtin_return_address(0));
+    return NextFails() ? nullptr
+                       : KnownToTheLoader(__interceptor_memalign(alignment, size),
+                                          __builtin_return_address(0));
 }
 
 void* aligned_alloc(std::size_t alignment, std::size_t size) {
@@ -193,8 +186,7 @@ int posix_memalign(void** memory, std::size_t alignment, std::size_t size) {
 
 }  // extern "C"
 
-#ifdef CORVEL_IN_PLACE_OF_SANITIZER
-// The sanitizer's own do not ask malloc, as those of the C++ library do.
+// Those of the search for leaks do not ask malloc, as those of the C++ library do.
 
 void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
     return malloc(size);
@@ -211,4 +203,3 @@ void* operator new(std::size_t size) {
 void* operator new[](std::size_t size) {
     return operator new(size);
 }
-#endif
