@@ -178,7 +178,7 @@ SharedLibrary::~SharedLibrary() {
 }
 
 void* SharedLibrary::FindSymbol(const char* name, std::string& reason) const {
-    errno = 0;
+    errno = 0;  // dlsym() sets it only for want of memory
     void* address = dlsym(_handle, name);
     if (address == nullptr) {
         reason = LoaderReason(errno);

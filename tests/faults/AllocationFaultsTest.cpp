@@ -151,11 +151,18 @@ TEST_P(AllocationFaults, GiveTheResultOrAnErrorText) {
         ChildrensProcessorSeconds() - start);
 }
 
-std::string TestName(const testing::TestParamInfo<AllocationFaults::ParamType>& info) {
-    std::string name = std::get<0>(info.param).name;
+std::string NameOf(const Scenario& scenario) {
+    std::string name = scenario.name;
     std::replace_if(
         name.begin(), name.end(), [](unsigned char c) { return std::isalnum(c) == 0; }, '_');
-    return name + (std::get<1>(info.param) == Failing::Once ? "_once" : "_from_then_on");
+    return name;
+}
+
+class WithoutFaults : public testing::TestWithParam<Scenario> {};
+
+TEST_P(WithoutFaults, NothingIsLeaked) {
+    AllocationReportFile report;
+    EXPECT_EQ(RunFaulty(GetParam(), Failing::Once, 0, report), RunScenario(GetParam()));
 }
 
 /// The library's initialisers come right behind the C++ runtime's reserve.
@@ -182,7 +189,16 @@ INSTANTIATE_TEST_SUITE_P(Quorcli,
                          AllocationFaults,
                          testing::Combine(testing::ValuesIn(Scenarios()),
                                           testing::Values(Failing::Once, Failing::FromThenOn)),
-                         TestName);
+                         [](const auto& test) {
+                             const bool isOnce = std::get<1>(test.param) == Failing::Once;
+                             return NameOf(std::get<0>(test.param)) +
+                                    (isOnce ? "_once" : "_from_then_on");
+                         });
+
+INSTANTIATE_TEST_SUITE_P(Quorcli,
+                         WithoutFaults,
+                         testing::ValuesIn(Scenarios()),
+                         [](const auto& test) { return NameOf(test.param); });
 
 }  // namespace
 }  // namespace Corvel::Testing

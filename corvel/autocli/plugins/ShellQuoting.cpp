@@ -176,7 +176,6 @@ void ShellQuoting::ReadParameterHead(char c) {
 
 void ShellQuoting::ReadQuoteInParameter(char quote) {
     const bool isInQuotes = Top().isInQuotes;
-    Top().part = ShellFrame::Part::Word;
     if (isInQuotes) {
         DoubtTheRest();  // shells differ in what is a quote here
     }

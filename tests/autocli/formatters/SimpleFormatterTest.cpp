@@ -129,6 +129,11 @@ TEST(SimpleFormatter, StructureIsAHeaderAndIndentedFields) {
               "   Size: 5\n");
 }
 
+TEST(SimpleFormatter, LongTextStandsBehindItsName) {
+    const std::string text(1000, 'a');
+    EXPECT_EQ(Simple(Disk(text, 5)), "Disk:\n   Name: " + text + "\n   Size: 5\n");
+}
+
 TEST(SimpleFormatter, StructureWithoutFieldsIsItsHeader) {
     EXPECT_EQ(Simple(MetaStruct::New("Empty")), "Empty:\n");
 }
