@@ -20,6 +20,7 @@ namespace {
 /// How many allocations fail: one, or that one and all behind it.
 enum class Failing { Once, FromThenOn };
 
+constexpr const char* kPreloaded = "LD_PRELOAD=" CORVEL_FAULTY_ALLOCATOR ":" CORVEL_LEAK_SEARCH;
 constexpr int kStatusOfALeak = 99;
 
 /// The C++ runtime's reserve for the making of exceptions is the first allocation. Where neither it
@@ -69,13 +70,12 @@ Ending RunFaulty(const Scenario& scenario,
     report.Clear();
     const std::string variable =
         failing == Failing::Once ? "CORVEL_ALLOCATION_FAILS=" : "CORVEL_ALLOCATIONS_FAIL=";
-    return RunScenario(
-        scenario,
-        {.environment = {"LD_PRELOAD=" CORVEL_FAULTY_ALLOCATOR ":" CORVEL_LEAK_SEARCH,
-                         "LSAN_OPTIONS=exitcode=" + std::to_string(kStatusOfALeak),
-                         "CORVEL_ALLOCATION_REPORT=" + report.Path(),
-                         variable + std::to_string(number),
-                         further}});
+    return RunScenario(scenario,
+                       {.environment = {kPreloaded,
+                                        "LSAN_OPTIONS=exitcode=" + std::to_string(kStatusOfALeak),
+                                        "CORVEL_ALLOCATION_REPORT=" + report.Path(),
+                                        variable + std::to_string(number),
+                                        further}});
 }
 
 class AllocationFaults : public testing::TestWithParam<std::tuple<Scenario, Failing>> {
