@@ -17,6 +17,7 @@
 #include "corvel/callspec/Output.h"
 #include "corvel/metaobj/MetaList.h"
 #include "corvel/metaobj/MetaObject.h"
+#include "corvel/metaobj/MetaStruct.h"
 
 namespace Corvel::AutoCli {
 
@@ -27,6 +28,14 @@ inline FormatParameters Parameters(
         parameters.SetParameter(key, value);
     }
     return parameters;
+}
+
+/// A structure of type "Disk" with the fields "Name" and "Size".
+inline std::shared_ptr<MetaObj::MetaStruct> Disk(const std::string& name, long size) {
+    auto disk = MetaObj::MetaStruct::New("Disk");
+    disk->SetField("Name", name);
+    disk->SetField("Size", size);
+    return disk;
 }
 
 /// What Format() did: its answer, and what it wrote.
