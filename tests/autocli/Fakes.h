@@ -72,6 +72,16 @@ public:
     }
 };
 
+/// A node of a kind of its own, or one that calls itself a command.
+class OddNode final : public AutoCli::Namespace {
+public:
+    explicit OddNode(AutoCli::NamespaceNodeType type) : _type(type) {}
+    AutoCli::NamespaceNodeType GetType() const override { return _type; }
+
+private:
+    AutoCli::NamespaceNodeType _type;
+};
+
 /// A plug-in with these formatters that registers what its function registers.
 class FakePlugin final : public AutoCli::Plugin {
 public:
