@@ -7,19 +7,13 @@
 #include "corvel/autocli/formatters/XmlFormatter.h"
 #include "corvel/metaobj/MetaString.h"
 #include "tests/autocli/formatters/FormattingSupport.h"
+#include "tests/support/Repeat.h"
 
 namespace Corvel::AutoCli {
 namespace {
 
 using MetaObj::MetaString;
-
-std::string Repeat(std::size_t count, const std::string& text) {
-    std::string repeated;
-    for (std::size_t i = 0; i < count; ++i) {
-        repeated += text;
-    }
-    return repeated;
-}
+using Testing::Repeat;
 
 std::string ReplaceAll(std::string text, const std::string& what, const std::string& by) {
     for (std::size_t at = 0; (at = text.find(what, at)) != std::string::npos; at += by.size()) {
