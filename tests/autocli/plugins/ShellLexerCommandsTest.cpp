@@ -1,0 +1,123 @@
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tests/autocli/plugins/ShellLexerCase.h"
+
+namespace Corvel::AutoCli {
+
+namespace {
+
+using Testing::ShellLexer;
+using Case = Testing::ShellLexerCase;
+
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Commands, ShellLexer, testing::ValuesIn(std::vector<Case>{
+    {"AssignmentsRedirectionsAndCommand",
+     {"a=b c+=d 2>e f g=h <i j",
+      "www_wwww_w;w_w_www_;w_w",
+      "=== ==== F T C AAA  T A",
+      ""}},
+    {"AssignmentNeedsAPlainName",
+     {"a\\b=c 'd'=e",
+      "wewww_qwqww",
+      "CCCCC AAAAA",
+      ""}},
+    {"NumberBeforeARedirectionIsADescriptor",
+     {"a 2>b 3 >c 4'5'>d {e}>f x<&1",
+      "w_w;w_w_;w_wqwq;w_www;w_w;+w",
+      "C F T A  T AAAA T FFF T A  T",
+      ""}},
+    {"DescriptorIsPlain",
+     {"a \"2\">b",
+      "w_qwq;w",
+      "C AAA T",
+      ""}},
+    {"DescriptorHasBothItsBraces",
+     {"a {b>c d}>e",
+      "w_ww;w_ww;w",
+      "C AA T AA T",
+      ""}},
+    {"EveryOperator",
+     {"a && b || c & d ; e | f |& g",
+      "w_;+_w_;+_w_;_w_;_w_;_w_;+_w",
+      "C    C    C   C   C   C    C",
+      ""}},
+    {"ReservedWordsBeginCommands",
+     {"if a; then b; elif c; else d; fi; ! e; { f; }",
+      "ww_w;_wwww_w;_wwww_w;_wwww_w;_ww;_w_w;_w_w;_w",
+      "RR C  RRRR C  RRRR C  RRRR C  RR  R C  R C  R",
+      ""}},
+    {"CaseItemsEndInThreeWays",
+     {"case a in b) c;& d) e;;& esac; f",
+      "wwww_w_ww_w;_w;+_w;_w;++_wwww;_w",
+      "RRRR W RR P  C   P  C    RRRR  C",
+      ""}},
+    {"EsacInAParenthesisIsAPattern",
+     {"case a in (esac) b;; esac; c",
+      "wwww_w_ww_;wwww;_w;+_wwww;_w",
+      "RRRR W RR  PPPP  C   RRRR  C",
+      ""}},
+    {"ReservedWordsAreNoneElsewhere",
+     {"a if; x=1 if; \\if; <b if",
+      "w_ww;_www_ww;_eww;_;w_ww",
+      "C AA  === CC  CCC   T CC",
+      ""}},
+    {"Loops",
+     {"for a in b c; do d; done; while e; do f; done",
+      "www_w_ww_w_w;_ww_w;_wwww;_wwwww_w;_ww_w;_wwww",
+      "RRR N RR A A  RR C  RRRR  RRRRR C  RR C  RRRR",
+      ""}},
+    {"LoopOverTheParameters",
+     {"for a do b; done; for c\nin d\ndo e\ndone",
+      "www_w_ww_w;_wwww;_www_w;ww_w;ww_w;wwww",
+      "RRR N RR C  RRRR  RRR N RR A RR C RRRR",
+      ""}},
+    {"CaseItems",
+     {"case a in (b|c) d;; e) f\nesac; g",
+      "wwww_w_ww_;w;w;_w;+_w;_w;wwww;_w",
+      "RRRR W RR  P P  C   P  C RRRR  C",
+      ""}},
+    {"CaseItemsOverLines",
+     {"case a\nin\n\nb)\nc\n;;\nesac\nd",
+      "wwww_w;ww;;w;;w;;+;wwww;w",
+      "RRRR W RR  P  C    RRRR C",
+      ""}},
+    {"CaseInCase",
+     {"case a in b) case c in d) e;; esac;; f) g;; esac h",
+      "wwww_w_ww_w;_wwww_w_ww_w;_w;+_wwww;+_w;_w;+_wwww_w",
+      "RRRR W RR P  RRRR W RR P  C   RRRR   P  C   RRRR A",
+      ""}},
+    {"CaseInASubstitution",
+     {"$(case a in b) c;; esac) d",
+      "$$wwww_w_ww_w;_w;+_wwww$_w",
+      "CCRRRR W RR P  C   RRRRC A",
+      "????????????????????????"}},
+    {"LeftOpenCaseInASubstitution",
+     {"$(case a in b) c ) d",
+      "$$wwww_w_ww_w;_w_$_w",
+      "CCRRRR W RR P  C C A",
+      "????????????????????"}},
+    {"ElementsOfArraysAreReadDifferently",
+     {"a[1]=b c",
+      "wwwwww_w",
+      "CCCCCC A",
+      " ???????"}},
+    {"KeywordsOfSingleShells",
+     {"[[ a ]]; b",
+      "ww_w_ww;_w",
+      "CC A AA  C",
+      "  ????????"}},
+    {"StrayParenthesis",
+     {"a ) b",
+      "w_;_w",
+      "C   A",
+      ""}},
+}), ShellLexer::NameOf);
+
+// clang-format on
+
+}  // namespace
+
+}  // namespace Corvel::AutoCli
