@@ -7,6 +7,8 @@
 
 #include "corvel/autocli/plugins/ShellCommand.h"
 #include "corvel/autocli/plugins/ShellGuard.h"
+#include "tests/guard/Alphabet.h"
+#include "tests/guard/AttackGrammar.h"
 #include "tests/guard/Corpus.h"
 #include "tests/guard/Shells.h"
 #include "tests/support/ExpandedTemplate.h"

@@ -13,6 +13,8 @@
 
 #include "corvel/autocli/plugins/ShellGuard.h"
 #include "corvel/metaobj/CorvelException.h"
+#include "tests/guard/Alphabet.h"
+#include "tests/guard/AttackGrammar.h"
 #include "tests/guard/Corpus.h"
 #include "tests/guard/Shells.h"
 #include "tests/support/ExpandedTemplate.h"
