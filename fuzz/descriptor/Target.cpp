@@ -15,6 +15,7 @@
 
 #include "corvel/corvel.h"
 #include "fuzz/FuzzTarget.h"
+#include "fuzz/descriptor/NameTree.h"
 #include "fuzz/descriptor/Reference.h"
 #include "fuzz/support/InputText.h"
 #include "fuzz/support/ValueDump.h"
