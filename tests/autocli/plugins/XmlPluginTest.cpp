@@ -1,5 +1,4 @@
 #include <list>
-#include <memory>
 #include <string>
 
 #include <gtest/gtest.h>
