@@ -72,7 +72,9 @@ public:
             return {byte.role, ShellPlace::None, byte.isDoubtful};
         }
         const ShellWord& word = _line.words[byte.word];
-        return {byte.role, word.place, byte.isDoubtful || word.isCode};
+        // A line end that disappears is part of no word, even if it stands in the middle of one.
+        const bool isPart = byte.role != ShellRole::Continuation;
+        return {byte.role, isPart ? word.place : ShellPlace::None, byte.isDoubtful || word.isCode};
     }
 
     /// Whether the byte is safe there, should what stands there be code to a command.

@@ -64,6 +64,7 @@ INSTANTIATE_TEST_SUITE_P(
         {"AnythingEscaped", ": $val{x}", {{"x", {";$(id)`id`\"\\\nb'*&|<>()^!"}}}},
         {"AnythingEscapedInDoubleQuotes", ": \"$val{x}\"", {{"x", {";$(id)`id`\"\\\n#~'*"}}}},
         {"NothingAtAll", ": $val{x} '$val{x}' a", {{"x", {""}}}},
+        {"NothingBeforeALineEndOfTheTemplate", ": $val{x}\\\n a", {{"x", {""}}}},
         {"BlanksAndPatterns", ": $val{x} a", {{"x", {" a\t*?[b] {c,d} "}}}},
         {"DollarThatMeansNothing", ": $multilist{x,-x,true}", {{"x", {"5 $", "$ 5", "US$/a"}}}},
         {"BackslashThatMeansNothing", ": $multilist{x,-x,true}", {{"x", {"\\a", "c:\\d\\\\"}}}},
