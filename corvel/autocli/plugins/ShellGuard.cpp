@@ -83,6 +83,8 @@ public:
         return word == ShellByte::kNoWord || !_line.words[word].mayBeCode || IsSafeAnywhere(c);
     }
 
+    std::size_t CommandCount() const { return _line.feeders.size(); }
+
 private:
     ShellLine _line;
 };
@@ -148,7 +150,7 @@ public:
             }
             place = Behind(piece, place);
         }
-        return {};
+        return _actual.CommandCount() == _harmless.CommandCount() ? std::string_view() : last;
     }
 
 private:

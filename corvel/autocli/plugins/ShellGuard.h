@@ -11,6 +11,7 @@ namespace Corvel::AutoCli {
 /// - the bytes of the template mean the same both times: no value takes a quote of the template away,
 ///   makes another word the command, lets two operators become one, starts a comment, an assignment,
 ///   a redirection or an option behind which a shell finds code;
+/// - it has as many commands both times;
 /// - each byte of a value stands for itself there, or parts words, or is the backslash of one that
 ///   stands for itself. File name patterns stay patterns;
 /// - inside an expansion ($(..), `..`, ${..}, $((..))), in a here-document, behind eval, sh -c and

@@ -167,6 +167,7 @@ INSTANTIATE_TEST_SUITE_P(
         {"CommandInASubstitution", ": $($val{x} a)", {{"x", {""}}}, "x"},
         {"BraceInAParameter", ": ${a:-$val{x}}", {{"x", {"}"}}}, "x"},
         {"NameOfAParameter", ": ${a$val{x}}", {{"x", {"b"}}}, "x"},
+        {"NameWithoutWhichACommandIsNone", ": ${$val{x}$(", {{"x", {""}}}, "x"},
         {"OperatorOfAParameter", ": ${a$val{x}}", {{"x", {"=b"}}}, "x"},
         {"NameInArithmetic", ": $((1 + $val{x}))", {{"x", {"a"}}}, "x"},
         {"DelimiterInADocument", "cat <<E\n$val{x}\nid\nE\n", {{"x", {"E"}}}, "x"},
