@@ -92,6 +92,27 @@ std::string SimpleStructure(const MetaStruct& structure, FormatParameters& param
     return text;
 }
 
+/// @param room  for how many more values there is room.
+bool TakesOnly(std::size_t& room, const Value& value, const FormatParameters& parameters) {
+    if (room == 0) {
+        return false;
+    }
+    --room;
+    if (const auto* structure = dynamic_cast<const MetaStruct*>(value.get())) {
+        const std::vector<std::string> fields = FieldsOf(*structure, parameters);
+        return std::all_of(fields.begin(), fields.end(), [&](const std::string& name) {
+            return TakesOnly(room, structure->GetField(name), parameters);
+        });
+    }
+    if (const auto* list = dynamic_cast<const MetaList*>(value.get())) {
+        const auto& items = list->GetObjects();
+        return std::all_of(items.begin(), items.end(), [&](const Value& item) {
+            return TakesOnly(room, item, parameters);
+        });
+    }
+    return true;
+}
+
 std::string SimpleList(const MetaList& list, FormatParameters& parameters, int level) {
     if (list.GetListType() != MetaType::Struct && list.GetListType() != MetaType::List) {
         return list.ToString() + "\n";
@@ -246,6 +267,12 @@ private:
 };
 
 }  // namespace
+
+bool IsSimpleWithin(std::size_t mostValues,
+                    const Value& value,
+                    const FormatParameters& parameters) {
+    return TakesOnly(mostValues, value, parameters);
+}
 
 std::string PrintSimple(const Value& value, FormatParameters& parameters) {
     const bool isList = value != nullptr && value->GetType() == MetaType::List;

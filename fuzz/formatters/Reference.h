@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <string>
 
@@ -16,6 +17,10 @@ std::string PrintJson(const Value& value);
 std::string PrintPython(const Value& value);
 std::string PrintXml(const Value& value, const AutoCli::FormatParameters& parameters);
 std::string PrintSimple(const Value& value, AutoCli::FormatParameters& parameters);
+/// Whether simple text shows only so many values: fields may be named several times, at every level.
+bool IsSimpleWithin(std::size_t mostValues,
+                    const Value& value,
+                    const AutoCli::FormatParameters& parameters);
 
 /// @param isComplete  receives whether the table was printed to its end.
 /// @throws CorvelException  for what is no list of structures.

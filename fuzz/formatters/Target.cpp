@@ -6,6 +6,7 @@
 // value.
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <iomanip>
 #include <memory>
@@ -173,6 +174,10 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     Settings settings = ReadSettings(sections[0]);
     const Value value = ReadValue(sections[1]);
     AutoCli::FormatParameters& parameters = settings.parameters;
+    constexpr std::size_t kMostValues = 10000;
+    if (!IsSimpleWithin(kMostValues, value, parameters)) {
+        return 0;
+    }
     AutoCli::JsonFormatter json;
     AutoCli::PythonFormatter python;
     AutoCli::XmlFormatter xml;
