@@ -47,7 +47,7 @@ Tail TailOf(unsigned char lead) {
         const unsigned char max = lead == 0xF4 ? 0x8F : 0xBF;
         return {3, min, max};
     }
-    return {0, 0, 0};
+    return {};
 }
 
 // How many bytes the well-formed sequence at the beginning of the bytes has; 0 when there is none.

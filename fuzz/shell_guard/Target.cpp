@@ -93,8 +93,8 @@ void CheckReading(const std::string& text, const ShellLine& line) {
         Promise(word.command < line.feeders.size(), "every word belongs to a command of the line");
     }
     for (std::size_t i = 0; i < line.feeders.size(); ++i) {
-        Promise(line.feeders[i] == ShellLine::kNoCommand || line.feeders[i] < i,
-                "a command reads from one before it");
+        Promise(line.feeders[i].begin <= line.feeders[i].end && line.feeders[i].end <= i,
+                "a command reads from those before it");
     }
 }
 

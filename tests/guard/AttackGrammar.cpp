@@ -154,6 +154,31 @@ const std::vector<std::string>& ValueParts() {
     return parts;
 }
 
+/// Commands that read some of their words as arithmetic or as names of variables, in some shells.
+const std::vector<std::string>& Builtins() {
+    static const std::vector<std::string> builtins = {"command test a -eq",
+                                                      "declare -a",
+                                                      "export",
+                                                      "getopts a",
+                                                      "local -i",
+                                                      "printf",
+                                                      "read -r",
+                                                      "shift",
+                                                      "test",
+                                                      "typeset",
+                                                      "ulimit -c",
+                                                      "unset -v",
+                                                      "wait"};
+    return builtins;
+}
+
+/// Variables that are arithmetic to some shells, or that these evaluate.
+const std::vector<std::string>& Variables() {
+    static const std::vector<std::string> variables = {
+        "COLUMNS", "HISTCMD", "OPTIND", "PS4", "RANDOM", "SECONDS", "TMOUT"};
+    return variables;
+}
+
 }  // namespace
 
 std::string AttackGrammar::Template() {
@@ -170,7 +195,7 @@ std::string AttackGrammar::Command(int depth) {
     for (std::size_t count = 1 + Below(3); count > 0; --count) {
         words += " " + Word(depth);
     }
-    switch (Below(16)) {
+    switch (Below(20)) {
         case 0:
             return "if :" + words + "; then :" + words + "; fi";
         case 1:
@@ -194,6 +219,14 @@ std::string AttackGrammar::Command(int depth) {
         case 10:
             return "sh -c ': $0'" + words;
         case 11:
+            return OneOf(Builtins()) + words + "; : '$val{bb}'";
+        case 12:
+            return OneOf(Variables()) + "=" + Word(depth) + " :" + words;
+        case 13:
+            return "f() { eval :" + words + "; }; f";
+        case 14:
+            return "{ echo :" + words + "; } | sh";
+        case 15:
             return ":" + words + " # " + Word(0) + "\n:";
         default:
             return ":" + words;

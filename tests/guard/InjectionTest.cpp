@@ -2,20 +2,16 @@
 #include <cstdlib>
 #include <functional>
 #include <iostream>
-#include <list>
-#include <memory>
 #include <string>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
 
-#include "corvel/autocli/plugins/ShellGuard.h"
-#include "corvel/metaobj/CorvelException.h"
 #include "tests/guard/Alphabet.h"
 #include "tests/guard/AttackGrammar.h"
 #include "tests/guard/Corpus.h"
+#include "tests/guard/Range.h"
 #include "tests/guard/Shells.h"
 #include "tests/support/ExpandedTemplate.h"
 
@@ -55,101 +51,6 @@ std::vector<std::string> CanaryNames() {
     return names;
 }
 
-bool IsRefused(const AutoCli::TemplateText& line) {
-    try {
-        AutoCli::RefuseUnsafeValues(line);
-    } catch (const CorvelException&) {
-        return true;
-    }
-    return false;
-}
-
-std::string Shown(const CallValues& values) {
-    std::string text;
-    for (const auto& [name, all] : values) {
-        for (const std::string& value : all) {
-            text += name + " = " + testing::PrintToString(value) + "\n";
-        }
-    }
-    return text;
-}
-
-/// Runs what the guard lets through, in every shell.
-class Range {
-public:
-    Range() : _canaries(CanaryNames()) {
-        for (const Shell& shell : Shells()) {
-            _aviaries.push_back(std::make_unique<Aviary>(shell, _canaries));
-        }
-    }
-
-    ~Range() {
-        std::size_t started = 0;
-        for (const auto& aviary : _aviaries) {
-            started += aviary->Started();
-        }
-        std::cout << _attempts << " attempts, " << _refused << " refused, " << _lines
-                  << " different lines let through to " << _aviaries.size() << " shells in "
-                  << started << " processes\n";
-    }
-    Range(const Range&) = delete;
-    Range& operator=(const Range&) = delete;
-
-    void Attempt(const std::string& text, const CallValues& values) {
-        ++_attempts;
-        const AutoCli::TemplateText line = Expanded(text, values);
-        if (IsRefused(line)) {
-            ++_refused;
-        } else if (std::string rendered = line.Render();
-                   _values.try_emplace(rendered, values).second) {
-            _pending.push_back(std::move(rendered));
-        }
-    }
-
-    /// Runs what came through since the last time.
-    void Run(const std::string& text) {
-        _lines += _pending.size();
-        for (const auto& aviary : _aviaries) {
-            const Aviary::Flight flight = aviary->RunAll(_pending);
-            if (flight.line < _pending.size()) {
-                const std::string& line = _pending[flight.line];
-                ADD_FAILURE() << aviary->Name() << " ran "
-                              << testing::PrintToString(flight.canaries) << "\ntemplate: " << text
-                              << "\nline: " << testing::PrintToString(line) << "\n"
-                              << Shown(_values.at(line));
-            }
-            // A template that writes into a file may let the value name it.
-            if (aviary->CleanUp() && text.find('>') == std::string::npos) {
-                ADD_FAILURE() << aviary->Name() << " wrote a file\ntemplate: " << text;
-            }
-        }
-        _pending.clear();
-        _values.clear();
-    }
-
-    /// Whether some shell runs what stands in the place of a value, or hangs, whatever that is.
-    bool IsUnfit(const std::string& text) {
-        const std::string line =
-            Expanded(text, {{kFirst, {"zz"}}, {kSecond, {"zz"}}, {kList, {"zz"}}}).Render();
-        try {
-            return std::any_of(_aviaries.begin(), _aviaries.end(), [&](const auto& aviary) {
-                return !aviary->Run(line).empty();
-            });
-        } catch (const ShellHangs&) {
-            return true;
-        }
-    }
-
-private:
-    Canaries _canaries;
-    std::vector<std::unique_ptr<Aviary>> _aviaries;
-    std::vector<std::string> _pending;
-    std::unordered_map<std::string, CallValues> _values;
-    std::size_t _attempts = 0;
-    std::size_t _refused = 0;
-    std::size_t _lines = 0;
-};
-
 bool Names(const std::string& text, const std::string& parameter) {
     return text.find("{" + parameter + "}") != std::string::npos ||
            text.find("{" + parameter + ",") != std::string::npos;
@@ -185,7 +86,7 @@ class Injection : public testing::TestWithParam<std::size_t> {};
 
 TEST_P(Injection, NoShortValueRunsAnything) {
     const std::size_t length = Setting("CORVEL_GUARD_LENGTH", 2);
-    Range range;
+    Range range(CanaryNames());
     for (std::size_t i = GetParam(); i < Corpus().size(); i += kSlices) {
         const GuardedTemplate& guarded = Corpus()[i];
         if (!guarded.runsValue) {
@@ -204,7 +105,7 @@ TEST_P(Injection, NoAttackRunsAnything) {
     RecordProperty("seed", static_cast<int>(seed));
     constexpr std::size_t kValuesOfATemplate = 25;
     AttackGrammar grammar(static_cast<unsigned>(seed));
-    Range range;
+    Range range(CanaryNames());
     for (std::size_t done = 0; done < attacks;) {
         const bool isFixed = grammar.Below(2) == 0;
         const std::string text =

@@ -28,8 +28,8 @@ constexpr int kNumberReport = 8;
 constexpr std::size_t kLongestScript = 100000;
 
 /// The programs that lines use besides what is built in.
-constexpr std::array<std::string_view, 8> kTools =
-    {"awk", "cat", "env", "printenv", "printf", "sed", "timeout", "true"};
+constexpr std::array<std::string_view, 9> kTools =
+    {"awk", "cat", "env", "printenv", "printf", "sed", "timeout", "true", "xargs"};
 
 std::vector<char*> Pointers(const std::vector<std::string>& texts) {
     std::vector<char*> pointers;

@@ -81,6 +81,19 @@ TEST(DeepValues, DefinitionsOfDefinitionsAreReleasedInASmallStack) {
     EXPECT_TRUE(first.expired());
 }
 
+TEST(DeepValues, StructuresOfEmptyListsAreReleasedInASmallStack) {
+    auto deep = MetaStruct::New("S");
+    const std::weak_ptr<MetaStruct> innermost = deep;
+    for (int i = 0; i < kReleaseDepth; ++i) {
+        auto list = MetaList::New(MetaType::Struct, std::move(deep));
+        deep = MetaStruct::New("S");
+        deep->SetField("l", std::move(list));
+    }
+    EXPECT_FALSE(innermost.expired());
+    deep.reset();
+    EXPECT_TRUE(innermost.expired());
+}
+
 TEST(DeepValues, ReplacedFieldIsReleasedInASmallStack) {
     const auto outer = MetaStruct::New("S");
     outer->SetField("x", DeepStruct(kReleaseDepth));

@@ -1,36 +1,31 @@
 #include "corvel/autocli/plugins/ShellGrammar.h"
 
 #include <algorithm>
-#include <array>
+#include <initializer_list>
 
 namespace Corvel::AutoCli {
 
 namespace {
 
+bool IsOneOf(std::string_view word, std::initializer_list<std::string_view> words) {
+    return std::find(words.begin(), words.end(), word) != words.end();
+}
+
 bool IsReserved(std::string_view word) {
     // Not "in", which is one only behind the word of case or for.
-    constexpr std::array<std::string_view, 18> kReserved = {"!",
-                                                            "case",
-                                                            "coproc",
-                                                            "do",
-                                                            "done",
-                                                            "elif",
-                                                            "else",
-                                                            "esac",
-                                                            "fi",
-                                                            "for",
-                                                            "function",
-                                                            "if",
-                                                            "select",
-                                                            "then",
-                                                            "until",
-                                                            "while",
-                                                            "{",
-                                                            "}"};
-    return std::find(kReserved.begin(), kReserved.end(), word) != kReserved.end();
+    return ShellGrammar::OpensCompound(word) || ShellGrammar::ClosesCompound(word) ||
+           IsOneOf(word, {"!", "coproc", "do", "elif", "else", "function", "then"});
 }
 
 }  // namespace
+
+bool ShellGrammar::OpensCompound(std::string_view reservedWord) {
+    return IsOneOf(reservedWord, {"case", "for", "if", "select", "until", "while", "{"});
+}
+
+bool ShellGrammar::ClosesCompound(std::string_view reservedWord) {
+    return IsOneOf(reservedWord, {"done", "esac", "fi", "}"});
+}
 
 ShellPlace ShellGrammar::NextPlace() const {
     if (_redirected != ShellPlace::None) {
@@ -119,10 +114,8 @@ void ShellGrammar::Follow(std::string_view reservedWord) {
         _expected = Expected::CaseWord;
     } else if (reservedWord == "for" || reservedWord == "select" || reservedWord == "function") {
         _expected = Expected::Name;
-    } else if (reservedWord == "fi" || reservedWord == "done" || reservedWord == "}") {
-        _expected = Expected::AfterGroup;
-    } else if (reservedWord == "esac") {
-        if (!_casePatterns.empty()) {
+    } else if (ClosesCompound(reservedWord)) {
+        if (reservedWord == "esac" && !_casePatterns.empty()) {
             _casePatterns.pop_back();
         }
         _expected = Expected::AfterGroup;

@@ -14,6 +14,10 @@ namespace Corvel::AutoCli {
 /// what the first part of it allows; it refuses nothing.
 class ShellGrammar final {
 public:
+    /// Whether the reserved word begins or ends several commands that count as one.
+    static bool OpensCompound(std::string_view reservedWord);
+    static bool ClosesCompound(std::string_view reservedWord);
+
     /// @return what a word that begins here is, as far as its beginning tells.
     ShellPlace NextPlace() const;
     /// @return what the word turned out to be.
@@ -28,8 +32,8 @@ public:
     /// The ( or ) of the pattern of a case item.
     void OpenPattern() { _isFirst = false; }
     void EndPattern();
-    /// The end of a ( .. )
-    void EndGroup() { _expected = Expected::AfterGroup; }
+    /// The end of a ( .. ), or the () behind a function's name.
+    void EndGroup() { BeginCommand(); }
 
     bool ExpectsCommand() const { return _expected == Expected::Command && !IsInPattern(); }
     bool IsInPattern() const {

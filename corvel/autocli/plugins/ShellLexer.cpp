@@ -129,7 +129,11 @@ void Lexer::ReadSeparator(char c) {
     } else {
         Top().grammar.EndCommand(c);
     }
-    BeginCommand(c == '|' && next != '|');
+    if (c == '|' && next != '|') {
+        BeginFedCommand();
+    } else {
+        BeginCommand();
+    }
     Top().isAtDocument = c == '\n';
 }
 
@@ -144,6 +148,9 @@ void Lexer::OpenParenthesis() {
         DoubtTheRest();  // arithmetic, an array or a pattern, to some shells
     }
     EndWord();
+    if (!Top().grammar.ExpectsCommand()) {
+        NoteFunction();
+    }
     Push(Kind::Group);
     EmitOperator();
 }
@@ -157,6 +164,7 @@ void Lexer::CloseParenthesis() {
         EmitOperator();
         Pop();
         Top().grammar.EndGroup();
+        BeginCommandBehindGroup();
     } else if (IsIn(Kind::Substitution)) {
         if (Top().grammar.IsInCase()) {
             DoubtTheRest();

@@ -68,15 +68,25 @@ struct ShellWord {
     bool mayBeCode = false;
 };
 
+/// Some simple commands of a line, in the order in which they begin: from one up to another.
+struct ShellCommands {
+    std::uint32_t begin = 0;
+    /// Behind the last one.
+    std::uint32_t end = 0;
+
+    bool operator==(const ShellCommands&) const = default;
+    bool IsEmpty() const { return begin == end; }
+};
+
 /// A command line as the shells read it, byte by byte.
 struct ShellLine {
-    static constexpr std::uint32_t kNoCommand = UINT32_MAX;
-
     std::vector<ShellByte> bytes;
     /// In the order of their first bytes.
     std::vector<ShellWord> words;
-    /// For each simple command the one whose output it reads, or kNoCommand.
-    std::vector<std::uint32_t> feeders;
+    /// For each simple command those before it whose output it reads through a pipe.
+    std::vector<ShellCommands> feeders;
+    /// Some command may stand for others.
+    bool hasFunctions = false;
 };
 
 }  // namespace Corvel::AutoCli

@@ -12,15 +12,20 @@ namespace Corvel::AutoCli {
 enum class CodeIn {
     Nothing,
     EveryWord,
-    Names,     // in words that do not begin as an assignment
-    Options,   // behind an option with one of the letters, else from standard input
-    FirstWord  // the first word that is no option, unless an option brings the code
+    Names,         // in words that do not begin as an assignment
+    Declarations,  // the same; types, which make any assignment code, are declared by an option with one
+                   // of the letters, or always when there are none
+    NameOption,  // in every word, if an option with one of the letters stands before the first operand
+    Input,       // on standard input
+    Comparisons,  // in every word, if numbers are compared
+    Options,      // behind an option with one of the letters, else from standard input
+    FirstWord     // the first word that is no option, unless an option brings the code
 };
 
 struct Interpreter {
     std::string_view name;
     CodeIn code = CodeIn::Nothing;
-    /// The one-letter options behind which code stands.
+    /// The one-letter options that bring code.
     std::string_view codeOptions = {};
     /// Those behind which another word stands that is no code.
     std::string_view wordOptions = {};
@@ -31,6 +36,8 @@ struct Runner {
     std::string_view name;
     /// So many words that are neither options nor their arguments stand before that command.
     std::size_t operands = 0;
+    /// It adds words to that command, or puts them into it, which it reads from standard input.
+    bool addsInput = false;
 };
 
 /// @return what is known of the program that the word names, whatever its folder and version; null when

@@ -58,9 +58,12 @@ void ShellScanner::Push(Kind kind) {
     _backquotes += kind == Kind::Backquotes ? 1U : 0U;
     _documents += kind == Kind::Document ? 1U : 0U;
     const bool holdsCommands = frame.HoldsCommands();
+    if (holdsCommands && !_frames.empty()) {
+        frame.input = _read.feeders[Owner().command];
+    }
     _frames.push_back(std::move(frame));
     if (holdsCommands) {
-        BeginCommand(false);
+        BeginCommand();
     }
 }
 
@@ -174,6 +177,9 @@ void ShellScanner::EndWord() {
     if (IsReadDifferently(*word)) {
         DoubtTheRest();
     }
+    if (word->place == ShellPlace::Reserved) {
+        FollowReserved(word->text);
+    }
     Top().word = ShellByte::kNoWord;
 }
 
@@ -195,9 +201,36 @@ void ShellScanner::EndDescriptor() {
     Top().word = ShellByte::kNoWord;
 }
 
-void ShellScanner::BeginCommand(bool isFedByLast) {
-    _read.feeders.push_back(isFedByLast ? Top().command : ShellLine::kNoCommand);
-    Top().command = static_cast<std::uint32_t>(_read.feeders.size() - 1);
+void ShellScanner::FollowReserved(std::string_view word) {
+    ShellFrame& frame = Top();
+    if (ShellGrammar::OpensCompound(word)) {
+        frame.compounds.push_back({frame.pipeBegin, frame.input});
+        frame.input = _read.feeders[frame.command];
+        BeginCommand();
+    } else if (ShellGrammar::ClosesCompound(word) && !frame.compounds.empty()) {
+        frame.pipeBegin = frame.compounds.back().pipeBegin;
+        frame.input = frame.compounds.back().input;
+        frame.compounds.pop_back();
+    }
+}
+
+void ShellScanner::BeginCommand(ShellCommands feeders) {
+    Top().command = Top().pipeBegin = static_cast<std::uint32_t>(_read.feeders.size());
+    _read.feeders.push_back(feeders);
+}
+
+void ShellScanner::BeginCommand() {
+    BeginCommand(Top().input);
+}
+
+void ShellScanner::BeginFedCommand() {
+    BeginCommand({Top().pipeBegin, static_cast<std::uint32_t>(_read.feeders.size())});
+}
+
+void ShellScanner::BeginCommandBehindGroup() {
+    const std::uint32_t pipeBegin = Top().pipeBegin;
+    BeginCommand();
+    Top().pipeBegin = pipeBegin;
 }
 
 }  // namespace Corvel::AutoCli

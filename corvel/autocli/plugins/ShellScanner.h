@@ -19,6 +19,12 @@ struct ShellHereDocument {
     bool dropsTabs;
 };
 
+/// Several commands that count as one, and what held before them.
+struct ShellCompound {
+    std::uint32_t pipeBegin;
+    ShellCommands input;
+};
+
 /// One construct of the shell that is open where the line is being read.
 struct ShellFrame {
     enum class Kind : std::uint8_t {
@@ -46,6 +52,12 @@ struct ShellFrame {
     ShellGrammar grammar = {};
     std::uint32_t word = ShellByte::kNoWord;
     std::uint32_t command = 0;
+    /// The first command of what a pipe behind would read from.
+    std::uint32_t pipeBegin = 0;
+    /// What its commands read from that stand behind no pipe of their own.
+    ShellCommands input = {};
+    /// The { .. }, if .. fi and the like that are open in it.
+    std::vector<ShellCompound> compounds = {};
     /// Those that are still to be read. A list: groups hand theirs on, one to the next around it.
     std::list<ShellHereDocument> announced = {};
     bool isAtDocument = false;
@@ -116,12 +128,19 @@ protected:
     void EndWord();
     /// Ends the word as the number before a < or >.
     void EndDescriptor();
-    void BeginCommand(bool isFedByLast);
+    void BeginCommand();
+    /// Begins a command that reads the output of what stands before it.
+    void BeginFedCommand();
+    /// Begins the command behind a ( .. ), which may be the body of a function.
+    void BeginCommandBehindGroup();
 
+    void NoteFunction() { _read.hasFunctions = true; }
     ShellLine TakeReading() { return std::move(_read); }
 
 private:
     ShellFrame& Owner() { return _frames[Top().owner]; }
+    void BeginCommand(ShellCommands feeders);
+    void FollowReserved(std::string_view word);
     void EndDelimiter(const ShellWord& word);
 
     const std::string_view _line;

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -13,7 +14,7 @@ namespace {
 struct Case {
     std::string name;
     std::string line;
-    /// The words that are code, parted by bars.
+    /// The words that are code, parted by bars, and each mark of an expansion as a $.
     std::string code;
 };
 
@@ -26,6 +27,7 @@ std::string CodeOf(const std::string& text) {
             code += (code.empty() ? "" : "|") + word.text;
         }
     }
+    std::replace(code.begin(), code.end(), ShellWord::kExpanded, '$');
     return code;
 }
 
@@ -61,12 +63,36 @@ INSTANTIATE_TEST_SUITE_P(
         {"AwkWithAFileTakesNothing", "awk -f a.awk -v b=c d", ""},
         {"AwkTakesOptionsOfCode", "gawk -e a -e b c", "-e|a|-e|b"},
         {"SedTakesItsFirstWord", "sed -n 's/a/b/' c; sed -i -e d -e e f", "s/a/b/|-e|d|-e|e"},
-        {"TrapAliasLetUnsetMake", "trap a b; alias c=d; let e; unset f; make g", "a|b|c=d|e|f|g"},
+        {"TrapLetUnsetMake", "trap a b; let e; unset f; make g", "a|b|e|f|g"},
         {"FilesThatTheShellReads", ". a; source b", "a|b"},
         {"NamesOfVariables", "export a b=c 'd[e]=f'; read g h; local i=j", "a|d[e]=f|g|h"},
         {"NamesOfVariablesAreNoCommands", "export sh -c a=b", "sh|-c"},
         {"DotWithAVersion", ".1 a", "a"},
         {"TestsOfNumbers", "[ a -eq b ]; test -v c; [ d = e ]", "a|-eq|b|]|-v|c"},
+        {"TestsBehindRunners", "command test a -eq b; exec [ -v c ]", "a|-eq|b|-v|c|]"},
+        {"NumbersToTheShell", "ulimit -n a; shift b; jobs -x eval c", "-n|a|b|c"},
+        {"WhatTheShellCompletesOrLoads", "compgen -W a; enable -f b c", "-W|a|-f|b|c"},
+        {"OptionsThatNameVariables",
+         "printf -v a b; wait -n -pc d; print -rA e",
+         "-v|a|b|-n|-pc|d|-rA|e"},
+        {"OptionsBehindOperands", "printf a -v b; wait c -p d; print e -A f", ""},
+        {"DeclarationsWithTypes",
+         "declare -i a=b; typeset -ra c=d; export -A e=f; local x -n g=h",
+         "-i|a=b|-ra|c=d|-A|e=f|x|-n|g=h"},
+        {"DeclarationsThatAreTypes", "integer a=b; nameref c=d", "a=b|c=d"},
+        {"VariablesOfDeclaredTypes", "a=b c; local -i d; for e in f; do g h; done", "a=b|-i|d|f"},
+        {"DeclarationsWithoutTypes", "local a=b; a=c d; for a in e; do f; done", ""},
+        {"VariablesThatAreArithmetic",
+         "OPTIND=a RANDOM+=b c=d e; COLUMNS=f; FCOLUMNS=g; g COLUMNS=h",
+         "OPTIND=a|RANDOM+=b|COLUMNS=f"},
+        {"DeclaredVariablesThatAreArithmetic",
+         "export LINES=a b=c; local TMOUT+=d",
+         "LINES=a|TMOUT+=d"},
+        {"VariablesOfAnEnvironment", "env PS4=a b=c BASH_ENV=d sh ./e ENV=f", "PS4=a|BASH_ENV=d"},
+        {"LoopsOverVariablesThatAreArithmetic",
+         "for OPTIND in a $(b c) 'd e'; do f; done; for g in h; do i; done; : j",
+         "a|$$|d e"},
+        {"LoopsWithALineEnd", "for PPID\nin a; do b c; done; for LINES; do d e; done", "a"},
         {"RunnersAreLookedThrough",
          "sudo -u a env B=c timeout 5 sh -c d; nohup awk e f; exec eval g",
          "-c|d|e|g"},
@@ -82,6 +108,31 @@ INSTANTIATE_TEST_SUITE_P(
         {"ExpansionsOfTheirOwn", "$(sh -c a) \"$(eval b)\" `perl -e c`", "-c|a|b|-e|c"},
         {"PipeIntoAShell", "echo a | cat b | sudo sh -s; c", "echo|a|cat|b"},
         {"PipeIntoAShellWithCode", "echo a | sh -c b; echo c | sh ./d; echo e | grep sh", "-c|b"},
+        {"PipeIntoTheInputAsAFile",
+         "a | sh /dev/stdin; b | . /dev/fd/0; c | source ./d",
+         "a|b|/dev/fd/0|./d"},
+        {"PipeIntoAtAndCrontab", "a b | at now; c | crontab -", "a|b|c"},
+        {"PipeOutOfACompound",
+         "x; { a b; c; } | sh; while d; do e f; done | sh; if g; then h; fi | i",
+         "{|a|b|c|}|while|d|do|e|f|done"},
+        {"PipeOutOfALoopOrCase",
+         "for a in b; do c; done | sh; case d in e) f;; esac | sh",
+         "for|a|in|b|do|c|done|case|d|in|e|f|esac"},
+        {"PipeOutOfAGroup", "x && (a b; (c) | d) | sh", "a|b|c|d"},
+        {"PipeIntoACompound", "a b | { c; sh; }; d | if e; then sh; fi; sh", "a|b|d"},
+        {"PipeIntoAGroup", "a b | (c; (sh)); d | (e); sh", "a|b"},
+        {"PipeThroughACompound", "a b | { c; d; } | sh", "a|b|{|c|d|}"},
+        {"PipeIntoXargs", "a | xargs sh -c; b | xargs sh; c | xargs -0 eval", "a|-c|b|c"},
+        {"PipeIntoXargsThatPutsItInside",
+         "a | xargs -I% sh -c 'b %'; c | xargs -i -t sed s/{}/d/",
+         "a|-c|b %|c|s/{}/d/"},
+        {"PipeIntoXargsWithCode",
+         "a | xargs sh -c 'b \"$@\"' c; d | xargs awk e",
+         "-c|b \"$@\"|c|e"},
+        {"BodiesOfFunctions", "f() { eval a; }; f() awk b; f() if eval c; then :; fi", "a|b|c"},
+        {"FunctionsThatMayWriteOrReadCode", "f() { a b; }; c | sh; g", "f|{|a|b|}|c|sh|g"},
+        {"FunctionsWithoutCode", "f () { a b; }; c | d; (e) | g", ""},
+        {"AliasesChangeTheLine", "a b; alias c=d; e f", "a|b|alias|c=d|e|f"},
         {"AssignmentsAndRedirectionsAreNoWords", "a=b sh <c -c d >e", "-c|d"},
         {"CommandsAreKeptApart", "sh; a -c b | sh d -c e", "-c|e"},
     }),

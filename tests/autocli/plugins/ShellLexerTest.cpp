@@ -36,10 +36,55 @@ TEST(ShellLexer, WordsAreKnownWithoutTheirQuotes) {
     EXPECT_FALSE(read.words[2].isKnown);
 }
 
+using Feeders = std::vector<ShellCommands>;
+constexpr ShellCommands kNone;
+
 TEST(ShellLexer, PipesLinkTheirCommands) {
-    const ShellLine read = ReadShellLine("a | b |& c || d; e");
-    constexpr std::uint32_t kNone = ShellLine::kNoCommand;
-    EXPECT_EQ(read.feeders, (std::vector<std::uint32_t>{kNone, 0, 1, kNone, kNone}));
+    EXPECT_EQ(ReadShellLine("a | b |& c || d; e").feeders,
+              (Feeders{kNone, {0, 1}, {1, 2}, kNone, kNone}));
+}
+
+TEST(ShellLexer, PipesBehindCompoundsLinkAllThatIsInThem) {
+    // A reserved word that begins one counts as a command, and so does what stands behind a group.
+    EXPECT_EQ(ReadShellLine("{ a; b; } | c").feeders,
+              (Feeders{kNone, kNone, kNone, kNone, {0, 4}}));
+    EXPECT_EQ(ReadShellLine("(a; b) | c").feeders, (Feeders{kNone, kNone, kNone, kNone, {0, 4}}));
+    EXPECT_EQ(ReadShellLine("x; for a in b; do c; done | d").feeders,
+              (Feeders{kNone, kNone, kNone, kNone, kNone, {1, 5}}));
+    EXPECT_EQ(ReadShellLine("a && if b; then c; fi | d").feeders,
+              (Feeders{kNone, kNone, kNone, kNone, kNone, {1, 5}}));
+    EXPECT_EQ(ReadShellLine("case a in b) c;; esac | d").feeders,
+              (Feeders{kNone, kNone, kNone, {0, 3}}));
+    EXPECT_EQ(ReadShellLine("a $(b | c) | d").feeders, (Feeders{kNone, kNone, {1, 2}, {0, 3}}));
+}
+
+TEST(ShellLexer, CompoundsBehindPipesReadInEachCommand) {
+    EXPECT_EQ(ReadShellLine("a | { b; c | d; }; e").feeders,
+              (Feeders{kNone, {0, 1}, {0, 1}, {0, 1}, {3, 4}, {0, 1}, kNone}));
+    EXPECT_EQ(ReadShellLine("a | (b; c); d").feeders,
+              (Feeders{kNone, {0, 1}, {0, 1}, {0, 1}, kNone, kNone}));
+    EXPECT_EQ(ReadShellLine("a | b $(c)").feeders, (Feeders{kNone, {0, 1}, {0, 1}}));
+}
+
+TEST(ShellLexer, BodiesOfFunctionsAreCommands) {
+    for (const std::string text :
+         {"f() { a b; }", "f() a b", "f() if a b; then :; fi", "f () a b"}) {
+        const ShellLine read = ReadShellLine(text);
+        const auto body = std::find_if(read.words.begin(), read.words.end(), [](const auto& word) {
+            return word.text == "a";
+        });
+        ASSERT_NE(body, read.words.end()) << text;
+        EXPECT_EQ(body->place, ShellPlace::Command) << text;
+        EXPECT_NE(body->command, read.words.front().command) << text;
+        EXPECT_EQ(std::next(body)->command, body->command) << text;
+    }
+}
+
+TEST(ShellLexer, QuotesInArithmeticAreReadDifferently) {
+    EXPECT_FALSE(ReadShellLine(": $((1)) a").bytes.back().isDoubtful);
+    for (const std::string quote : {"'", "\"", "\\"}) {
+        EXPECT_TRUE(ReadShellLine(": $((1" + quote + ")) a").bytes.back().isDoubtful) << quote;
+    }
 }
 
 TEST(ShellLexer, EveryPairAndTripleOfSpecialBytesIsRead) {
