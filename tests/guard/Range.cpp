@@ -47,8 +47,8 @@ Range::~Range() {
         started += aviary->Started();
     }
     std::cout << _attempts << " attempts, " << _refused << " refused, " << _lines
-              << " different lines let through to " << _aviaries.size() << " shells in "
-              << started << " processes\n";
+              << " different lines let through to " << _aviaries.size() << " shells in " << started
+              << " processes\n";
 }
 
 void Range::Attempt(const std::string& text, const CallValues& values) {
@@ -56,8 +56,7 @@ void Range::Attempt(const std::string& text, const CallValues& values) {
     const AutoCli::TemplateText line = Expanded(text, values);
     if (IsRefused(line)) {
         ++_refused;
-    } else if (std::string rendered = line.Render();
-               _values.try_emplace(rendered, values).second) {
+    } else if (std::string rendered = line.Render(); _values.try_emplace(rendered, values).second) {
         _pending.push_back(std::move(rendered));
     }
 }
@@ -68,9 +67,9 @@ void Range::Run(const std::string& text) {
         const Aviary::Flight flight = aviary->RunAll(_pending);
         if (flight.line < _pending.size()) {
             const std::string& line = _pending[flight.line];
-            ADD_FAILURE() << aviary->Name() << " ran "
-                          << testing::PrintToString(flight.canaries) << "\ntemplate: " << text
-                          << "\nline: " << testing::PrintToString(line) << "\n"
+            ADD_FAILURE() << aviary->Name() << " ran " << testing::PrintToString(flight.canaries)
+                          << "\ntemplate: " << text << "\nline: " << testing::PrintToString(line)
+                          << "\n"
                           << Shown(_values.at(line));
         }
         // A template that writes into a file may let the value name it.

@@ -114,7 +114,7 @@ TEST_F(CommandLine, SaysThatALongTextIsNoDocument) {
 
 TEST_F(CommandLine, PrintsEveryErrorLineOfAChild) {
     ExpectGrowth(
-        "child prints ERROR lines", ChosenSizes().bytes, Growth::Linear, [&](std::size_t size) {
+        "child prints ERROR lines", ChosenSizes().bytes, Growth::Ordered, [&](std::size_t size) {
             Outcome outcome = RunPrinter("errors", size, kAnyDisk);
             ExpectStatus(outcome, 1);
             EXPECT_EQ(outcome.errorLines, 1 + (size + 63) / 64);

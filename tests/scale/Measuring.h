@@ -26,6 +26,8 @@ struct Sizes {
     /// How much more an item may take among ten times as many; a square takes 10 times as much.
     double linearGrowth;
     double orderedGrowth;
+    /// The same for the kernel's part: a page costs more where gigabytes of them are touched.
+    double kernelGrowth;
     /// What a peak may be off, whatever it is of.
     double megabytesOfNoise;
 };
@@ -35,8 +37,9 @@ const Sizes& ChosenSizes();
 struct Outcome {
     /// As wait() reports it.
     int status = -1;
-    /// Of the processor, its children included.
-    double seconds = 0;
+    /// Of the processor in its own code and in the kernel, its children included.
+    double userSeconds = 0;
+    double kernelSeconds = 0;
     double peakMegabytes = 0;
     /// The first 4096 bytes of what it wrote to standard error, and how much that was.
     std::string errors = {};

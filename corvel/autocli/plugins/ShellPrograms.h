@@ -29,6 +29,9 @@ struct Interpreter {
     std::string_view codeOptions = {};
     /// Those behind which another word stands that is no code.
     std::string_view wordOptions = {};
+    /// It reads code from standard input, too: whatever operands it has, or, where every word is code,
+    /// when it has fewer than two.
+    bool readsInput = false;
 };
 
 /// What runs the command in the words behind it.
@@ -38,6 +41,8 @@ struct Runner {
     std::size_t operands = 0;
     /// It adds words to that command, or puts them into it, which it reads from standard input.
     bool addsInput = false;
+    /// The one-letter options that have it run a shell when no command follows.
+    std::string_view shellOptions = {};
 };
 
 /// @return what is known of the program that the word names, whatever its folder and version; null when

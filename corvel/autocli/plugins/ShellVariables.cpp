@@ -11,9 +11,9 @@ namespace Corvel::AutoCli {
 namespace {
 
 constexpr auto kCodeVariables = std::to_array<std::string_view>({
-    "BASHPID",   "BASH_ENV", "COLUMNS", "ENV",  "HISTCMD", "KSHEGID", "KSHGID",
-    "KSHUID",    "LINES",    "OPTIND",  "PGRP", "PIPESTATUS", "PPID", "PS4",
-    "RANDOM",    "SECONDS",  "SRANDOM", "TMOUT", "USER_ID",
+    "BASHPID", "BASH_ENV", "COLUMNS", "ENV",   "HISTCMD",    "KSHEGID", "KSHGID",
+    "KSHUID",  "LINES",    "OPTIND",  "PGRP",  "PIPESTATUS", "PPID",    "PS4",
+    "RANDOM",  "SECONDS",  "SRANDOM", "TMOUT", "USER_ID",
 });
 
 bool IsCodeVariable(std::string_view name) {
