@@ -166,8 +166,9 @@ void ShellCommandMarker::ReadCommand(const Interpreter& interpreter, std::size_t
         _definesAlias = interpreter.name == "alias";
         _isSure = true;
         MarkFrom(begin);
-        _readsInput = _addsInput || std::any_of(behind.begin(), behind.end(), IsInputFile) ||
-                      (interpreter.readsInput && CountOperands(behind, interpreter.wordOptions) < 2);
+        _readsInput =
+            _addsInput || std::any_of(behind.begin(), behind.end(), IsInputFile) ||
+            (interpreter.readsInput && CountOperands(behind, interpreter.wordOptions) < 2);
         return;
     }
     switch (interpreter.code) {

@@ -8,6 +8,7 @@
 
 #include "corvel/autocli/plugins/XmlUtil.h"
 #include "corvel/metaobj/MetaObject.h"
+#include "tests/autocli/plugins/ParsedXml.h"
 #include "tests/autocli/plugins/XmlNotes.h"
 #include "tests/support/TemporaryDirectory.h"
 
@@ -16,6 +17,7 @@ namespace {
 
 using Testing::NotesOfFile;
 using Testing::NotesOfText;
+using Testing::ParsedXml;
 using Testing::TemporaryDirectory;
 
 /// Makes one allocation of libxml2 fail: the one with this number, counted from 1; 0 for none.
@@ -44,8 +46,11 @@ private:
 
 /// Runs `read` with each allocation failing in turn: it either gives the notes or raises
 /// std::bad_alloc.
+/// @param fewest  so many allocations are made at least.
 template <typename ReadSomething>
-void ExpectNotesOrWantOfMemory(const std::string& expected, const ReadSomething& read) {
+void ExpectNotesOrWantOfMemory(const std::string& expected,
+                               const ReadSomething& read,
+                               long fewest = 10) {
     for (long number = 1;; ++number) {
         const FailingAllocation failing(number);
         try {
@@ -54,7 +59,7 @@ void ExpectNotesOrWantOfMemory(const std::string& expected, const ReadSomething&
             continue;
         }
         if (!failing.HasFailed()) {
-            EXPECT_LT(10, number);
+            EXPECT_LT(fewest, number);
             break;
         }
     }
@@ -84,6 +89,14 @@ TEST(XmlReader, WantOfMemoryNeverTurnsIntoALostOrOtherValue) {
         const auto value = XmlUtil_ParseXmlOutput(text);
         return value == nullptr ? "refused" : value->ToString();
     });
+}
+
+TEST(XmlUtil, WantOfMemoryNeverTurnsIntoALostAttributeOrContent) {
+    const ParsedXml document("<o a=\"x &lt; y\">t<b>u</b></o>");
+    const auto attribute = [&] { return XmlUtil_ExtractAttribute(document.Root(), "a"); };
+    ExpectNotesOrWantOfMemory("x < y", attribute, 1);
+    const auto content = [&] { return XmlUtil_GetContent(document.Root()); };
+    ExpectNotesOrWantOfMemory("tu", content, 1);
 }
 
 }  // namespace
