@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "corvel/autocli/plugins/ShellVariables.h"
 
@@ -99,8 +100,11 @@ bool ReadsEveryWord(const Interpreter& interpreter, Words words) {
 void MarkNames(Words words) {
     for (ShellWord* word : words) {
         const std::size_t end = word->text.find_first_of("=[");
-        word->isCode |=
-            end == std::string::npos || word->text[end] == '[' || AssignsCode(word->text);
+        if (end != std::string::npos && word->text[end] == '=') {
+            word->place = ShellPlace::Assignment;
+        } else {
+            word->isCode = true;
+        }
     }
 }
 
@@ -125,7 +129,7 @@ void ShellCommandMarker::Run() {
         _putsInputInside |= _addsInput && IsReplacement(_words[i]->text);
         ReadOption(i);
         ReadName(i);
-        PassCommand(*_words[i]);
+        PassWord(*_words[i]);
     }
 }
 
@@ -218,26 +222,65 @@ bool ShellCommandMarker::MarkProgram(std::size_t begin, const Interpreter& inter
     return false;
 }
 
-/// Counts the words between a runner and its command. What stands behind an option may be its
-/// argument, and numbers and assignments are for the runner.
-void ShellCommandMarker::PassCommand(ShellWord& word) {
+/// Goes on behind the word: it may begin a runner, stand between one and its command, or be that.
+void ShellCommandMarker::PassWord(ShellWord& word) {
     const std::string_view text = word.text;
-    const Runner* runner = FindRunner(word);
+    if (const Runner* runner = FindRunner(word);
+        runner != nullptr && (ExpectsCommand() || text.starts_with('-'))) {
+        BeginRunner(*runner);
+        return;
+    }
+    if (!ExpectsCommand()) {
+        return;
+    }
+    word.isCode |= AssignsCode(text);
+    if (_runner != nullptr) {
+        _startsShell |=
+            (IsShortOption(text) && text.find_first_of(_runner->shellOptions) != text.npos) ||
+            (!_runner->shellOptions.empty() && (text == "--shell" || text == "--login"));
+    }
+    if (_runner != nullptr && _runner->wordOptions) {
+        PassOperand(word);
+    } else {
+        GuessOperand(text);
+    }
+}
+
+void ShellCommandMarker::BeginRunner(const Runner& runner) {
+    _runner = &runner;
+    _operands = 1 + runner.operands;
+    _addsInput |= runner.addsInput;
+    _startsShell = false;
+    _isBehindOption = false;
+}
+
+/// Says what the word is to a runner whose options are known.
+void ShellCommandMarker::PassOperand(ShellWord& word) {
+    const std::string_view text = word.text;
+    const bool isArgument = std::exchange(_isBehindOption, false);
+    word.place = ShellPlace::Operand;
+    if (isArgument || (!text.starts_with('-') && text.find('=') != text.npos)) {
+        return;
+    }
+    if (text.starts_with('-')) {
+        const std::size_t letter = text.find_first_of(*_runner->wordOptions, 1);
+        _isBehindOption = IsShortOption(text) ? letter == text.size() - 1
+                                              : text != "--" && text.find('=') == text.npos;
+    } else if (--_operands == 0) {
+        word.place = ShellPlace::Command;
+    }
+}
+
+/// The same where they are not: what stands behind an option may be its argument, and numbers and
+/// assignments are for the runner.
+void ShellCommandMarker::GuessOperand(std::string_view text) {
     const bool isOption = text.starts_with('-');
     const bool isForRunner = !text.empty() && ((text[0] >= '0' && text[0] <= '9') ||
                                                text.find('=') != std::string_view::npos);
-    if (runner != nullptr && (ExpectsCommand() || isOption)) {
-        _operands = 1 + runner->operands;
-        _addsInput |= runner->addsInput;
-        _shellOptions = runner->shellOptions;
-        _startsShell = false;
-    } else if (ExpectsCommand() && !isOption && !isForRunner && !_isBehindOption) {
+    if (!isOption && !isForRunner && !_isBehindOption) {
         --_operands;
     }
-    _startsShell |= (IsShortOption(text) && text.find_first_of(_shellOptions) != text.npos) ||
-                    (!_shellOptions.empty() && (text == "--shell" || text == "--login"));
-    word.isCode |= ExpectsCommand() && AssignsCode(text);
-    _isBehindOption = isOption && text != "--" && runner == nullptr;
+    _isBehindOption = isOption && text != "--";
 }
 
 void ShellCommandMarker::AddCodeOptions(std::string_view options) {

@@ -38,7 +38,10 @@ private:
     void ReadName(std::size_t i);
     void ReadCommand(const Interpreter& interpreter, std::size_t begin);
     bool MarkProgram(std::size_t begin, const Interpreter& interpreter);
-    void PassCommand(ShellWord& word);
+    void PassWord(ShellWord& word);
+    void BeginRunner(const Runner& runner);
+    void PassOperand(ShellWord& word);
+    void GuessOperand(std::string_view text);
     void AddCodeOptions(std::string_view options);
     void MarkFrom(std::size_t i);
 
@@ -54,9 +57,9 @@ private:
     bool _readsInput = false;
     /// It reads on, whatever operands it has.
     bool _keepsInput = false;
-    /// A runner that runs a shell when nothing else is named, and its options that say so.
+    const Runner* _runner = nullptr;
+    /// The runner runs a shell if nothing else is named.
     bool _startsShell = false;
-    std::string_view _shellOptions;
     /// The command gets words from standard input, behind its own or in the midst of them.
     bool _addsInput = false;
     bool _putsInputInside = false;

@@ -96,7 +96,8 @@ bool MayBeSplit(ShellPlace place) {
 }
 
 bool IsPlaceFor(ShellPlace harmless, ShellPlace place) {
-    return place == harmless || (place == ShellPlace::Argument && MayBeSplit(harmless));
+    return place == harmless || (place == ShellPlace::Argument && MayBeSplit(harmless)) ||
+           (place == ShellPlace::Operand && harmless == ShellPlace::Command);
 }
 
 /// @param harmless  what stands here when the value is harmless.

@@ -26,7 +26,7 @@ enum class ShellPlace : std::uint8_t {
     None,     // no word
     Command,  // names what runs
     Argument,
-    Assignment,  // before a command
+    Assignment,  // before a command, or behind export and its like
     Reserved,    // if, do, {, !, esac ...
     Name,        // of a loop's variable or of a function
     CaseWord,    // what case compares
@@ -34,6 +34,7 @@ enum class ShellPlace : std::uint8_t {
     Target,      // of < or >
     Descriptor,  // the number before them
     Delimiter,   // of a here-document
+    Operand,     // of a command that runs another: in "timeout 5 ls", the 5
 };
 
 struct ShellByte {

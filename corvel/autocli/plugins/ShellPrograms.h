@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string_view>
 
 #include "corvel/autocli/plugins/ShellLine.h"
@@ -43,6 +44,8 @@ struct Runner {
     bool addsInput = false;
     /// The one-letter options that have it run a shell when no command follows.
     std::string_view shellOptions = {};
+    /// Those behind which another word stands; where they are known, so is which word is the command.
+    std::optional<std::string_view> wordOptions = {};
 };
 
 /// @return what is known of the program that the word names, whatever its folder and version; null when
