@@ -164,6 +164,9 @@ void ShellCommandMarker::ReadName(std::size_t i) {
 
 /// Looks at an interpreter that does not get its code behind options.
 void ShellCommandMarker::ReadCommand(const Interpreter& interpreter, std::size_t begin) {
+    if (interpreter.code == CodeIn::Comparisons && std::exchange(_isCompared, true)) {
+        return;  // an earlier test has looked at all these words
+    }
     const Words behind = _words.subspan(begin);
     if (ReadsEveryWord(interpreter, behind)) {
         _declaresTypes = interpreter.code == CodeIn::Declarations;

@@ -63,6 +63,8 @@ private:
     /// The command gets words from standard input, behind its own or in the midst of them.
     bool _addsInput = false;
     bool _putsInputInside = false;
+    /// Some test has been looked at.
+    bool _isCompared = false;
     bool _declaresTypes = false;
     bool _definesAlias = false;
     bool _isDone = false;

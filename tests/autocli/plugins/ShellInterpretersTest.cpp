@@ -170,6 +170,17 @@ TEST(ShellInterpreters, ManyOptionsThatLookLikeInterpretersTakeLittleTime) {
     EXPECT_EQ(read.words.size(), words + 1);
 }
 
+TEST(ShellInterpreters, ManyTestsTakeLittleTime) {
+    std::string line = "find";
+    std::size_t words = 0;
+    for (; words < 200000; words += 2) {
+        line += " -exec test";
+    }
+    ShellLine read = ReadShellLine(line);
+    MarkInterpretedWords(read);
+    EXPECT_EQ(read.words.size(), words + 1);
+}
+
 TEST(ShellInterpreters, LongPipesOfInterpretersTakeLittleTime) {
     constexpr std::size_t kCount = 100000;
     std::string line = "echo a";
