@@ -85,6 +85,15 @@ std::string Describe(const CallSpec::InputSpec& inputSpec) {
     return text;
 }
 
+/// @return what the command runs, or sends, without input. A parameter of its own may stand in the
+///         way of the one that asks for help: then the text of that exception.
+std::string Expand(ExtensionCommand& command, bool isForStdin) {
+    std::string text;
+    const std::string refusal =
+        Refusal([&] { text = command.SubstituteInput(nullptr, isForStdin); });
+    return refusal.empty() ? text : refusal;
+}
+
 /// Everything that a command tells about itself.
 std::string Describe(ExtensionCommand& command) {
     std::string text = Describe(*command.GetInputSpecInternal());
@@ -95,8 +104,8 @@ std::string Describe(ExtensionCommand& command) {
     for (const auto& [key, value] : format.GetParameters()) {
         text += key + "=" + value + "\n";
     }
-    text += "line " + command.SubstituteInput(nullptr, false) + "\n";
-    text += "stdin " + command.SubstituteInput(nullptr, true) + "\n";
+    text += "line " + Expand(command, false) + "\n";
+    text += "stdin " + Expand(command, true) + "\n";
     text += "help " + Refusal([&] { command.GetInputSpec(); });
     return text;
 }
