@@ -289,9 +289,9 @@ Atoms RemoveConditionals(Atoms atoms) {
     if (!HoldsConditional(atoms)) {
         return atoms;
     }
+    std::string characters = Characters(atoms);
     std::size_t at = 0;
     while (at < atoms.size()) {
-        const std::string characters = Characters(atoms);
         const std::size_t brace = characters.find('{', at);
         if (brace == std::string::npos) {
             break;
@@ -306,6 +306,7 @@ Atoms RemoveConditionals(Atoms atoms) {
             Atoms shortened = Slice(atoms, 0, dollar);
             Append(shortened, Slice(atoms, brace + size, atoms.size()));
             atoms = std::move(shortened);
+            characters = Characters(atoms);
             at = AtomAtRendered(atoms, place);
         } else {
             at = brace + size;

@@ -14,7 +14,7 @@ struct GuardedTemplate {
     std::string text;
     /// The template itself makes the value a command, or code.
     bool runsValue = false;
-    /// Its lines need processes, or end their shell, so that each needs one of its own.
+    /// Each of its lines takes a shell long: it needs processes, looks for files, or ends the shell.
     bool isSlow = false;
 };
 
