@@ -17,7 +17,10 @@ endif()
 add_library(corvel_fuzz_instrumentation INTERFACE)
 
 if(CORVEL_BUILD_FUZZERS)
-  target_compile_options(corvel_fuzz_instrumentation INTERFACE -fsanitize=fuzzer-no-link)
+  target_compile_options(
+    corvel_fuzz_instrumentation
+    INTERFACE -fsanitize=fuzzer-no-link
+              -fsanitize-coverage-ignorelist=${PROJECT_SOURCE_DIR}/fuzz/unguided.txt)
 endif()
 
 if(CORVEL_COVERAGE)
